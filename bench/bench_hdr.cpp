@@ -1,0 +1,158 @@
+// Speed of the HDR engine, in nanoseconds per pixel on one thread, beside other libraries where they are
+// installed.
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "hdr/engine/rgbe_header.h"
+#include "hdr/engine/rgbe_reader.h"
+#include "hdr/engine/rgbe_writer.h"
+#include "hdr/engine/tone_painter.h"
+#include "noise_picture.h"
+
+namespace vrx::bench {
+namespace {
+
+/// A file in memory; room that it has once it keeps.
+class MemoryFile final : public ByteSink {
+  public:
+    void write(std::span<const std::uint8_t> bytes) override {
+        bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
+    }
+    void clear() { bytes_.clear(); }
+    [[nodiscard]] std::span<const std::uint8_t> span() const { return bytes_; }
+
+  private:
+    std::vector<std::uint8_t> bytes_;
+};
+
+struct Sample {
+    RgbeStore store;
+    MemoryFile file;
+};
+
+/// A picture and its file, made once for each width; twice as wide as high.
+const Sample& sampleOf(const benchmark::State& state) {
+    static std::map<int, Sample> samples;
+    const int width = static_cast<int>(state.range(0));
+    auto found = samples.find(width);
+    if (found == samples.end()) {
+        RgbeStore store = noisePicture(width, width / 2);
+        MemoryFile file;
+        encodeRgbe(store, width, width / 2, file);
+        found = samples.emplace(width, Sample{std::move(store), std::move(file)}).first;
+    }
+    return found->second;
+}
+
+void reportPerPixel(benchmark::State& state) {
+    const double pixels = static_cast<double>(state.range(0)) * static_cast<double>(state.range(0) / 2);
+    state.counters["ns/px"] = benchmark::Counter(
+        pixels / 1e9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+void readRows(RgbeCursor& cursor, RgbeStore& store) {
+    for (int y = 0; y < store.dimY(); ++y) benchmark::DoNotOptimize(readScanline(cursor, store, y));
+}
+
+/// From the file's bytes to a picture that was loaded before, as a viewer goes on to the next file.
+void decodeAgain(benchmark::State& state) {
+    const MemoryFile& file = sampleOf(state).file;
+    RgbeStore store;
+    for (auto _ : state) {
+        RgbeCursor cursor(file.span(), 1);
+        const Resolution size = readResolution(cursor);
+        store.reset(size.dimX, size.dimY);
+        readRows(cursor, store);
+    }
+    reportPerPixel(state);
+}
+
+/// From the file's bytes to a new picture: the system's price for new pages is in it.
+void decodeNew(benchmark::State& state) {
+    const MemoryFile& file = sampleOf(state).file;
+    for (auto _ : state) {
+        RgbeCursor cursor(file.span(), 1);
+        const Resolution size = readResolution(cursor);
+        RgbeStore store(size.dimX, size.dimY);
+        readRows(cursor, store);
+        benchmark::DoNotOptimize(store.data());
+    }
+    reportPerPixel(state);
+}
+
+/// The same and a 24-bit bitmap, tables included.
+void decodeAndToneMapNew(benchmark::State& state) {
+    const MemoryFile& file = sampleOf(state).file;
+    ToneTables tables;
+    for (auto _ : state) {
+        RgbeCursor cursor(file.span(), 1);
+        const Resolution size = readResolution(cursor);
+        RgbeStore store(size.dimX, size.dimY);
+        readRows(cursor, store);
+        tables.build(128.0F, 1.0F / 2.2F);
+        Bitmap24 bitmap(static_cast<std::uint32_t>(size.dimX), static_cast<std::uint32_t>(size.dimY));
+        paintStore(tables, nullptr, store, bitmap);
+        benchmark::DoNotOptimize(bitmap.data());
+    }
+    reportPerPixel(state);
+}
+
+void buildTables(benchmark::State& state) {
+    ToneTables tables;
+    const float inverseGamma = 1.0F / static_cast<float>(state.range(0)) * 10.0F;
+    for (auto _ : state) {
+        tables.build(65536.0F, inverseGamma);
+        benchmark::DoNotOptimize(tables.allBytes());
+    }
+}
+
+void paint(benchmark::State& state, const Exposition* exposition) {
+    const RgbeStore& store = sampleOf(state).store;
+    ToneTables tables;
+    tables.build(128.0F, 1.0F / 2.2F);
+    Bitmap24 bitmap(static_cast<std::uint32_t>(store.dimX()), static_cast<std::uint32_t>(store.dimY()));
+    for (auto _ : state) {
+        Exposition measured{};
+        if (exposition != nullptr) measured = {exposition->type, measureLuminance(tables, store)};
+        paintStore(tables, exposition != nullptr ? &measured : nullptr, store, bitmap);
+        benchmark::DoNotOptimize(bitmap.data());
+    }
+    reportPerPixel(state);
+}
+
+void paintPlain(benchmark::State& state) { paint(state, nullptr); }
+
+void paintAutoExposition(benchmark::State& state) {
+    const Exposition exposition{ExpositionType::Max, {}};
+    paint(state, &exposition);
+}
+
+void encode(benchmark::State& state) {
+    const RgbeStore& store = sampleOf(state).store;
+    MemoryFile file;
+    for (auto _ : state) {
+        file.clear();
+        encodeRgbe(store, store.dimX(), store.dimY(), file);
+        benchmark::DoNotOptimize(file.span().data());
+    }
+    reportPerPixel(state);
+}
+
+#define VRX_PICTURE_SIZES Arg(1024)->Arg(4096)->Unit(benchmark::kMillisecond)
+
+BENCHMARK(decodeAgain)->VRX_PICTURE_SIZES;
+BENCHMARK(decodeNew)->VRX_PICTURE_SIZES;
+BENCHMARK(decodeAndToneMapNew)->VRX_PICTURE_SIZES;
+BENCHMARK(paintPlain)->VRX_PICTURE_SIZES;
+BENCHMARK(paintAutoExposition)->VRX_PICTURE_SIZES;
+BENCHMARK(encode)->VRX_PICTURE_SIZES;
+BENCHMARK(buildTables)->ArgName("gamma*10")->Arg(10)->Arg(22)->Arg(60)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+}  // namespace vrx::bench
+
+BENCHMARK_MAIN();

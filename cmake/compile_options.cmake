@@ -1,0 +1,20 @@
+# Compile options that hold for every target of the project.
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -ffp-contract=off)
+
+if(WIN32)
+    # 32-bit hosts call with a stack aligned to 4 bytes only; SSE2 arithmetic gives the same bits in every build.
+    add_compile_options(-mstackrealign -msse2 -mfpmath=sse)
+    add_compile_definitions(UNICODE _UNICODE WINVER=0x0501 _WIN32_WINNT=0x0501 NOMINMAX WIN32_LEAN_AND_MEAN)
+    add_link_options(-static)
+endif()
+
+if(VRX_FUZZ)
+    # fuzzer-no-link adds the coverage counters; each target links libFuzzer itself (fuzz_target.cmake).
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
+if(VRX_SANITIZE OR VRX_FUZZ)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endif()

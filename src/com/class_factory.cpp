@@ -1,0 +1,47 @@
+#include "com/class_factory.h"
+
+#include <new>
+
+#include "com/com_ptr.h"
+
+namespace vrx {
+
+STDMETHODIMP ClassFactory::QueryInterface(REFIID iid, void** object) {
+    if (!object) return E_POINTER;
+    *object = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
+    if (!*object) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+}
+
+STDMETHODIMP_(ULONG) ClassFactory::AddRef() { return static_cast<ULONG>(++references_); }
+
+STDMETHODIMP_(ULONG) ClassFactory::Release() {
+    const long left = --references_;
+    if (left == 0) delete this;
+    return static_cast<ULONG>(left);
+}
+
+STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object) {
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    return outer ? CLASS_E_NOAGGREGATION : row_.create(iid, object);
+}
+
+STDMETHODIMP ClassFactory::LockServer(BOOL lock) {
+    lock ? lockModule() : unlockModule();
+    return S_OK;
+}
+
+HRESULT findClassFactory(REFCLSID classId, REFIID iid, void** factory) {
+    if (!factory) return E_POINTER;
+    *factory = nullptr;
+    for (const ClassRow& row : classTable()) {
+        if (row.classId != classId) continue;
+        const ComPtr<ClassFactory> created(new (std::nothrow) ClassFactory(row));
+        return created ? created->QueryInterface(iid, factory) : E_OUTOFMEMORY;
+    }
+    return CLASS_E_CLASSNOTAVAILABLE;
+}
+
+}  // namespace vrx

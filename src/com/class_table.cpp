@@ -1,0 +1,24 @@
+#include "com/class_table.h"
+
+#include "VrxCommon.h"
+#include "com/object_base.h"
+#include "common/CVrxFun.h"
+#include "effects/ImageFX.h"
+#include "hdr/CVrxHDR.h"
+#include "pattern/CVrxPattern.h"
+#include "raster/CVrxImage.h"
+
+namespace vrx {
+
+std::span<const ClassRow> classTable() {
+    static const ClassRow rows[] = {
+        {CLSID_CVrxHDR, L"CVrxHDR", L"VrxCommon high-dynamic-range picture", createObject<CVrxHDR>},
+        {CLSID_CVrxImage, L"CVrxImage", L"VrxCommon raster image", createObject<CVrxImage>},
+        {CLSID_ImageFX, L"ImageFX", L"VrxCommon image effects", createObject<ImageFX>},
+        {CLSID_CVrxPattern, L"CVrxPattern", L"VrxCommon colour pattern", createObject<CVrxPattern>},
+        {CLSID_CVrxFun, L"CVrxFun", L"VrxCommon general functions", createObject<CVrxFun>},
+    };
+    return rows;
+}
+
+}  // namespace vrx

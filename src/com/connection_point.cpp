@@ -1,0 +1,153 @@
+#include "com/connection_point.h"
+
+#include <olectl.h>
+
+#include <new>
+#include <vector>
+
+#include "com/enumerator.h"
+#include "com/fp_scope.h"
+#include "common/engine/error.h"
+
+namespace vrx {
+namespace {
+
+constexpr unsigned kDeepestNesting = 32;
+
+struct Connection {
+    DWORD cookie;
+    ComPtr<IDispatch> sink;
+
+    [[nodiscard]] CONNECTDATA item() const {
+        sink->AddRef();
+        return {sink.get(), cookie};
+    }
+};
+
+struct Point {
+    ComPtr<IConnectionPoint> point;
+
+    [[nodiscard]] IConnectionPoint* item() const {
+        point->AddRef();
+        return point.get();
+    }
+};
+
+class NestingScope {
+  public:
+    explicit NestingScope(unsigned& depth) : depth_(depth) {
+        if (depth_ == kDeepestNesting) throw platformError(Platform::OutOfStackSpace);
+        ++depth_;
+    }
+    NestingScope(const NestingScope&) = delete;
+    NestingScope& operator=(const NestingScope&) = delete;
+    ~NestingScope() { --depth_; }
+
+  private:
+    unsigned& depth_;
+};
+
+/// Calls one sink. What it answers is its own affair; the texts of its failure are ours to free.
+void callSink(IDispatch& sink, DISPID event, DISPPARAMS arguments) {
+    const HostFpScope host;
+    EXCEPINFO exception{};
+    UINT badArgument = 0;
+    sink.Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments, nullptr, &exception,
+                &badArgument);
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+    SysFreeString(exception.bstrHelpFile);
+}
+
+}  // namespace
+
+void ConnectionPoint::fire(DISPID event, std::span<const VARIANT> arguments) {
+    const NestingScope nesting(depth_);
+    const std::map<DWORD, ComPtr<IDispatch>> sinks = sinks_;
+    for (const auto& [cookie, sink] : sinks) {
+        if (!sinks_.contains(cookie)) continue;
+        std::vector<VARIANTARG> reversed(arguments.rbegin(), arguments.rend());
+        callSink(*sink, event, {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0});
+    }
+}
+
+STDMETHODIMP ConnectionPoint::QueryInterface(REFIID iid, void** object) {
+    if (!object) return E_POINTER;
+    *object = iid == IID_IUnknown || iid == IID_IConnectionPoint ? this : nullptr;
+    if (!*object) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+}
+
+STDMETHODIMP_(ULONG) ConnectionPoint::AddRef() { return owner_.AddRef(); }
+STDMETHODIMP_(ULONG) ConnectionPoint::Release() { return owner_.Release(); }
+
+STDMETHODIMP ConnectionPoint::GetConnectionInterface(IID* iid) {
+    if (!iid) return E_POINTER;
+    *iid = events_;
+    return S_OK;
+}
+
+STDMETHODIMP ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer** container) {
+    if (!container) return E_POINTER;
+    *container = &owner_;
+    owner_.AddRef();
+    return S_OK;
+}
+
+STDMETHODIMP ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
+    if (!cookie) return E_POINTER;
+    *cookie = 0;
+    if (!sink) return E_POINTER;
+    ComPtr<IDispatch> events;
+    if (FAILED(sink->QueryInterface(events_, reinterpret_cast<void**>(events.put()))))
+        return CONNECT_E_CANNOTCONNECT;
+    try {
+        sinks_.emplace(lastCookie_ + 1, std::move(events));
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+    *cookie = ++lastCookie_;
+    return S_OK;
+}
+
+STDMETHODIMP ConnectionPoint::Unadvise(DWORD cookie) {
+    // The node dies after the map has let go of it: releasing the sink may come back here.
+    const auto node = sinks_.extract(cookie);
+    return node ? S_OK : CONNECT_E_NOCONNECTION;
+}
+
+STDMETHODIMP ConnectionPoint::EnumConnections(IEnumConnections** connections) {
+    if (!connections) return E_POINTER;
+    *connections = nullptr;
+    try {
+        std::vector<Connection> list;
+        for (const auto& [cookie, sink] : sinks_) list.push_back({cookie, sink});
+        return Enumerator<IEnumConnections, CONNECTDATA, Connection>::create(std::move(list), 0, connections);
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+}
+
+STDMETHODIMP EventSource::EnumConnectionPoints(IEnumConnectionPoints** points) {
+    if (!points) return E_POINTER;
+    *points = nullptr;
+    try {
+        std::vector<Point> list{Point{ComPtr<IConnectionPoint>(&point_)}};
+        return Enumerator<IEnumConnectionPoints, IConnectionPoint*, Point>::create(std::move(list), 0,
+                                                                                   points);
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+}
+
+STDMETHODIMP EventSource::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
+    if (!point) return E_POINTER;
+    *point = nullptr;
+    if (iid != events_) return CONNECT_E_NOCONNECTION;
+    *point = &point_;
+    point_.AddRef();
+    return S_OK;
+}
+
+}  // namespace vrx

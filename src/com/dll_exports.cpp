@@ -1,0 +1,36 @@
+// Entry points of VrxCommon.dll.
+
+#include <windows.h>
+
+#include <objbase.h>
+#include <olectl.h>
+
+#include "com/class_factory.h"
+#include "com/module.h"
+#include "com/registration.h"
+#include "com/type_library.h"
+
+using vrx::RegistrationScope;
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
+    if (reason == DLL_PROCESS_ATTACH) vrx::storeModuleInstance(instance);
+    return TRUE;
+}
+
+STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** factory) {
+    return vrx::findClassFactory(classId, iid, factory);
+}
+
+STDAPI DllCanUnloadNow() { return vrx::releaseTypeInformation() ? S_OK : S_FALSE; }
+
+STDAPI DllRegisterServer() { return vrx::registerLibrary(RegistrationScope::Machine); }
+
+STDAPI DllUnregisterServer() { return vrx::unregisterLibrary(RegistrationScope::Machine); }
+
+/// `regsvr32 /n /i:user` registers for the current user; without a command line it is the machine.
+STDAPI DllInstall(BOOL install, PCWSTR commandLine) {
+    const bool empty = !commandLine || !*commandLine;
+    if (!empty && lstrcmpiW(commandLine, L"user") != 0) return E_INVALIDARG;
+    const RegistrationScope scope = empty ? RegistrationScope::Machine : RegistrationScope::User;
+    return install ? vrx::registerLibrary(scope) : vrx::unregisterLibrary(scope);
+}

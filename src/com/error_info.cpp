@@ -1,0 +1,74 @@
+#include "com/error_info.h"
+
+#include <new>
+
+#include "com/com_ptr.h"
+#include "com/variant_convert.h"
+
+namespace vrx {
+namespace {
+
+void setThreadError(const IID& iid, const Error& error, const char16_t* className) {
+    ComPtr<ICreateErrorInfo> created;
+    if (FAILED(CreateErrorInfo(created.put()))) return;
+    const std::wstring source = toWide(error.source.empty() ? className : error.source);
+    const std::wstring description = toWide(error.description);
+    created->SetGUID(iid);
+    created->SetSource(const_cast<wchar_t*>(source.c_str()));
+    created->SetDescription(const_cast<wchar_t*>(description.c_str()));
+    if (const ComPtr<IErrorInfo> info = created.as<IErrorInfo>()) SetErrorInfo(0, info.get());
+}
+
+/// `makeError` may fail for want of memory as well; the number alone must do then.
+template <class MakeError>
+HRESULT publish(const IID& iid, std::int32_t number, const char16_t* className,
+                MakeError makeError) noexcept {
+    try {
+        setThreadError(iid, makeError(), className);
+    } catch (...) {
+        SetErrorInfo(0, nullptr);
+    }
+    return hresultOf(number);
+}
+
+HRESULT publish(const IID& iid, Platform number, const char16_t* className) noexcept {
+    return publish(iid, static_cast<std::int32_t>(number), className, [&] { return platformError(number); });
+}
+
+}  // namespace
+
+HRESULT publishCurrentException(const IID& iid, const char16_t* className) noexcept {
+    try {
+        throw;
+    } catch (const Error& error) {
+        return publish(iid, error.number, className, [&]() -> const Error& { return error; });
+    } catch (const std::bad_alloc&) {
+        return publish(iid, Platform::OutOfMemory, className);
+    } catch (...) {
+        return publish(iid, Platform::InternalError, className);
+    }
+}
+
+HRESULT reportFailure(HRESULT failure, EXCEPINFO* exception) {
+    if (!exception) return DISP_E_EXCEPTION;
+    *exception = {};
+    exception->scode = failure;
+    ComPtr<IErrorInfo> info;
+    if (GetErrorInfo(0, info.put()) == S_OK) {
+        info->GetSource(&exception->bstrSource);
+        info->GetDescription(&exception->bstrDescription);
+        info->GetHelpFile(&exception->bstrHelpFile);
+        info->GetHelpContext(&exception->dwHelpContext);
+    }
+    return DISP_E_EXCEPTION;
+}
+
+HRESULT reportError(const Error& error, const char16_t* className, EXCEPINFO& exception) noexcept {
+    exception = {};
+    exception.scode = hresultOf(error.number);
+    exception.bstrSource = SysAllocString(asWide(error.source.empty() ? className : error.source.c_str()));
+    exception.bstrDescription = SysAllocString(asWide(error.description.c_str()));
+    return DISP_E_EXCEPTION;
+}
+
+}  // namespace vrx

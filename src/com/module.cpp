@@ -1,0 +1,33 @@
+#include "com/module.h"
+
+#include <atomic>
+
+#include "common/win32_error.h"
+
+namespace vrx {
+namespace {
+
+HINSTANCE instance = nullptr;
+std::atomic<long> locks = 0;
+
+}  // namespace
+
+HINSTANCE moduleInstance() { return instance; }
+void storeModuleInstance(HINSTANCE stored) { instance = stored; }
+
+std::wstring modulePath() {
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD size = static_cast<DWORD>(path.size());
+        const DWORD length = GetModuleFileNameW(instance, path.data(), size);
+        if (length == 0) throw win32Error(GetLastError());
+        if (length < size) return path.substr(0, length);
+        path.resize(path.size() * 2);
+    }
+}
+
+void lockModule() { ++locks; }
+void unlockModule() { --locks; }
+bool moduleInUse() { return locks != 0; }
+
+}  // namespace vrx

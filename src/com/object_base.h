@@ -1,0 +1,201 @@
+// Base of every public class: reference count, interfaces, late binding, class and error information.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+#include <ocidl.h>
+
+#include <atomic>
+#include <new>
+
+#include "com/dispatch_invoke.h"
+#include "com/guard.h"
+#include "com/hresult_failure.h"
+#include "com/module.h"
+#include "com/type_library.h"
+
+namespace vrx {
+
+/// `Interface` is the dual interface. Each of `More` implements one further interface, which it names
+/// `Published`, and is made from the class identity.
+template <class Interface, class... More>
+class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideClassInfo2, public More... {
+  public:
+    explicit ObjectBase(const ClassIdentity& identity) : More(identity)..., identity_(identity) {}
+    ObjectBase(const ObjectBase&) = delete;
+    ObjectBase& operator=(const ObjectBase&) = delete;
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+        if (!object) return E_POINTER;
+        *object = nullptr;
+        Interface* self = this;
+        if (iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch)) *object = self;
+        const bool found =
+            *object || offer<Interface>(iid, self, object) || offer<ISupportErrorInfo>(iid, this, object) ||
+            offer<IProvideClassInfo>(iid, this, object) || offer<IProvideClassInfo2>(iid, this, object) ||
+            (offer<typename More::Published>(iid, static_cast<More*>(this), object) || ...);
+        if (!found) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+
+    STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(++references_); }
+
+    STDMETHODIMP_(ULONG) Release() override {
+        const long left = --references_;
+        if (left == 0) destroy();
+        return static_cast<ULONG>(left);
+    }
+
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+        if (!count) return E_POINTER;
+        *count = 1;
+        return S_OK;
+    }
+
+    STDMETHODIMP GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
+        if (!info) return E_POINTER;
+        *info = nullptr;
+        return index == 0 ? typeInfo(identity_.interfaceId, info) : DISP_E_BADINDEX;
+    }
+
+    STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
+        if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+        if (!names || !ids || count == 0) return E_INVALIDARG;
+        ComPtr<ITypeInfo> info;
+        const HRESULT result = typeInfo(identity_.interfaceId, info.put());
+        return FAILED(result) ? result : info->GetIDsOfNames(names, count, ids);
+    }
+
+    STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+                        EXCEPINFO* exception, UINT* badArgument) override {
+        const FpScope floatingPoint;
+        const ActiveCall call(*this);
+        try {
+            const MemberTable& members = memberTableOf(identity_.interfaceId);
+            return invokeMember(*this, identity_.name, members,
+                                {id, &iid, flags, arguments, result, exception, badArgument});
+        } catch (const HresultFailure& failure) {
+            return failure.code;
+        } catch (...) {
+            return E_OUTOFMEMORY;
+        }
+    }
+
+    STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override {
+        return iid == identity_.interfaceId ? S_OK : S_FALSE;
+    }
+
+    STDMETHODIMP GetClassInfo(ITypeInfo** info) override {
+        if (!info) return E_POINTER;
+        *info = nullptr;
+        return typeInfo(identity_.classId, info);
+    }
+
+    STDMETHODIMP GetGUID(DWORD kind, GUID* guid) override {
+        if (!guid) return E_POINTER;
+        *guid = GUID_NULL;
+        if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID) return E_INVALIDARG;
+        if (!identity_.eventsId) return E_NOTIMPL;
+        *guid = *identity_.eventsId;
+        return S_OK;
+    }
+
+  protected:
+    virtual ~ObjectBase() = default;
+
+    /// Body of a method without a result.
+    template <class Body>
+    HRESULT run(Body&& body) noexcept {
+        const FpScope floatingPoint;
+        const ActiveCall call(*this);
+        return guarded(identity_, body);
+    }
+
+    /// Whether only calls that run now hold the object: the host has given back its last reference in an event.
+    [[nodiscard]] bool isAbandoned() const { return references_ == activeCalls_; }
+
+    /// Body of a method that returns what `body` does; the result is cleared first.
+    template <class T, class Body>
+    HRESULT answer(T* result, Body&& body) noexcept {
+        if (!result) return E_POINTER;
+        *result = T{};
+        return run([&] { storeResult(result, body()); });
+    }
+
+    /// A member that the object does not support: error 445, results cleared.
+    template <class... Results>
+    HRESULT refuse(Results*... results) noexcept {
+        if (((results == nullptr) || ...)) return E_POINTER;
+        ((*results = {}), ...);
+        return run([] { throw platformError(Platform::ActionNotSupported); });
+    }
+
+  private:
+    /// Keeps the object alive while a call runs, whatever the host does in events.
+    class ActiveCall {
+      public:
+        explicit ActiveCall(ObjectBase& object) : object_(object) {
+            object_.AddRef();
+            ++object_.activeCalls_;
+        }
+        ActiveCall(const ActiveCall&) = delete;
+        ActiveCall& operator=(const ActiveCall&) = delete;
+        ~ActiveCall() {
+            --object_.activeCalls_;
+            object_.Release();
+        }
+
+      private:
+        ObjectBase& object_;
+    };
+
+    template <class Offered, class Self>
+    static bool offer(REFIID iid, Self* self, void** object) {
+        if (iid != __uuidof(Offered)) return false;
+        *object = static_cast<Offered*>(self);
+        return true;
+    }
+
+    static HRESULT typeInfo(const GUID& guid, ITypeInfo** info) noexcept {
+        try {
+            ComPtr<ITypeInfo> found;
+            const HRESULT result = findTypeInfo(guid, found);
+            *info = found.detach();
+            return result;
+        } catch (...) {
+            return E_OUTOFMEMORY;
+        }
+    }
+
+    void destroy() {
+        const FpScope floatingPoint;
+        // The destructor may call into code that takes and gives back references to the object.
+        references_ = kDestroying;
+        delete this;
+    }
+
+    static constexpr long kDestroying = 0x40000000;
+
+    const ClassIdentity& identity_;
+    std::atomic<long> references_ = 0;
+    std::atomic<long> activeCalls_ = 0;
+    ModuleLock lock_;
+};
+
+/// Creates an object and hands out one of its interfaces.
+template <class Object>
+HRESULT createObject(REFIID iid, void** object) noexcept {
+    const FpScope floatingPoint;
+    try {
+        const ComPtr<Object> created(new Object);
+        return created->QueryInterface(iid, object);
+    } catch (const HresultFailure& failure) {
+        return failure.code;
+    } catch (...) {
+        return E_OUTOFMEMORY;
+    }
+}
+
+}  // namespace vrx

@@ -1,0 +1,116 @@
+#include "com/registration.h"
+
+#include <olectl.h>
+
+#include <new>
+#include <span>
+#include <string>
+
+#include "com/hresult_failure.h"
+#include "com/module.h"
+#include "com/registry_rows.h"
+#include "common/engine/error.h"
+#include "common/win_resource.h"
+
+namespace vrx {
+namespace {
+
+void throwIfRefused(LSTATUS status) {
+    if (status != ERROR_SUCCESS) throw HresultFailure{HRESULT_FROM_WIN32(status)};
+}
+
+RegistryKey openClasses(RegistrationScope scope) {
+    const HKEY root = scope == RegistrationScope::Machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+    RegistryKey classes;
+    throwIfRefused(RegCreateKeyExW(root, L"Software\\Classes", 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr,
+                                   classes.put(), nullptr));
+    return classes;
+}
+
+void writeRow(HKEY classes, const RegistryRow& row) {
+    RegistryKey key;
+    throwIfRefused(
+        RegCreateKeyExW(classes, row.key.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr, key.put(), nullptr));
+    if (!row.text) return;
+    const DWORD size = static_cast<DWORD>((row.text->size() + 1) * sizeof(wchar_t));
+    const auto* bytes = reinterpret_cast<const BYTE*>(row.text->c_str());
+    throwIfRefused(RegSetValueExW(key.get(), row.name.c_str(), 0, REG_SZ, bytes, size));
+}
+
+bool isEmptyKey(HKEY classes, const std::wstring& path) {
+    RegistryKey key;
+    DWORD keys = 0;
+    DWORD values = 0;
+    return RegOpenKeyExW(classes, path.c_str(), 0, KEY_QUERY_VALUE, key.put()) == ERROR_SUCCESS &&
+           RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                            nullptr, nullptr, nullptr) == ERROR_SUCCESS &&
+           keys == 0 && values == 0;
+}
+
+/// Keys that all software shares: those directly below Software\Classes, except program ids, which have a
+/// dot.
+bool isShared(const std::wstring& path) {
+    return path.find(L'\\') == std::wstring::npos && path.find(L'.') == std::wstring::npos;
+}
+
+/// Takes back the value, then the key and those above it as far as they are empty and ours.
+void removeRow(HKEY classes, const RegistryRow& row) {
+    RegistryKey key;
+    const LSTATUS opened = RegOpenKeyExW(classes, row.key.c_str(), 0, KEY_SET_VALUE, key.put());
+    if (opened == ERROR_SUCCESS) {
+        const LSTATUS removed = row.text ? RegDeleteValueW(key.get(), row.name.c_str()) : ERROR_SUCCESS;
+        if (removed != ERROR_FILE_NOT_FOUND) throwIfRefused(removed);
+    } else if (opened != ERROR_FILE_NOT_FOUND) {
+        throwIfRefused(opened);
+    }
+    key.reset();
+    std::wstring path = row.key;
+    while (!isShared(path) && isEmptyKey(classes, path)) {
+        throwIfRefused(RegDeleteKeyW(classes, path.c_str()));
+        const std::size_t end = path.find_last_of(L'\\');
+        if (end == std::wstring::npos) break;
+        path.resize(end);
+    }
+}
+
+void removeRows(HKEY classes, std::span<const RegistryRow> rows) {
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row) removeRow(classes, *row);
+}
+
+void writeRows(HKEY classes, std::span<const RegistryRow> rows) {
+    std::size_t written = 0;
+    try {
+        for (; written < rows.size(); ++written) writeRow(classes, rows[written]);
+    } catch (const HresultFailure& failure) {
+        try {
+            removeRows(classes, rows.first(written + 1));
+        } catch (const HresultFailure&) {
+            // The reason of the first failure is the one to report.
+        }
+        throw failure;
+    }
+}
+
+template <class Step>
+HRESULT withRows(RegistrationScope scope, Step step) noexcept {
+    try {
+        const std::vector<RegistryRow> rows = registryRows(modulePath());
+        const RegistryKey classes = openClasses(scope);
+        step(classes.get(), rows);
+        return S_OK;
+    } catch (const HresultFailure& failure) {
+        return failure.code;
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return SELFREG_E_CLASS;
+    }
+}
+
+}  // namespace
+
+HRESULT registerLibrary(RegistrationScope scope) noexcept { return withRows(scope, writeRows); }
+
+HRESULT unregisterLibrary(RegistrationScope scope) noexcept { return withRows(scope, removeRows); }
+
+}  // namespace vrx

@@ -1,0 +1,120 @@
+#include "com/registry_rows.h"
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include "com/class_table.h"
+#include "com/hresult_failure.h"
+#include "com/type_library.h"
+#include "common/win_resource.h"
+
+namespace vrx {
+namespace {
+
+constexpr wchar_t kLibraryName[] = L"VrxCommon";
+constexpr wchar_t kVersion[] = L"1.0";
+
+// The system's proxies: for interfaces described by a type library, and for those that have IDispatch only.
+constexpr wchar_t kTypeLibraryProxy[] = L"{00020424-0000-0000-C000-000000000046}";
+constexpr wchar_t kDispatchProxy[] = L"{00020420-0000-0000-C000-000000000046}";
+
+std::wstring text(const GUID& guid) {
+    wchar_t buffer[40] = {};
+    StringFromGUID2(guid, buffer, static_cast<int>(std::size(buffer)));
+    return buffer;
+}
+
+class Rows {
+  public:
+    void add(std::wstring key, std::wstring name, std::wstring value) {
+        rows_.push_back({std::move(key), std::move(name), std::move(value)});
+    }
+    void addKey(std::wstring key) { rows_.push_back({std::move(key), {}, std::nullopt}); }
+    std::vector<RegistryRow> take() { return std::move(rows_); }
+
+  private:
+    std::vector<RegistryRow> rows_;
+};
+
+TLIBATTR attributesOf(ITypeLib& library) {
+    TLIBATTR* attributes = nullptr;
+    throwIfFailed(library.GetLibAttr(&attributes));
+    const TLIBATTR copy = *attributes;
+    library.ReleaseTLibAttr(attributes);
+    return copy;
+}
+
+TYPEATTR attributesOf(ITypeInfo& info) {
+    TYPEATTR* attributes = nullptr;
+    throwIfFailed(info.GetTypeAttr(&attributes));
+    const TYPEATTR copy = *attributes;
+    info.ReleaseTypeAttr(attributes);
+    return copy;
+}
+
+void addClass(Rows& rows, const ClassRow& row, const std::wstring& path, const std::wstring& libraryId) {
+    const std::wstring programId = std::wstring(kLibraryName) + L'.' + row.name;
+    const std::wstring versioned = programId + L".1";
+    const std::wstring classId = text(row.classId);
+    const std::wstring key = L"CLSID\\" + classId;
+    rows.add(key, L"", row.description);
+    rows.add(key + L"\\InprocServer32", L"", path);
+    rows.add(key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
+    rows.add(key + L"\\ProgID", L"", versioned);
+    rows.add(key + L"\\VersionIndependentProgID", L"", programId);
+    rows.add(key + L"\\TypeLib", L"", libraryId);
+    rows.add(key + L"\\Version", L"", kVersion);
+    rows.addKey(key + L"\\Programmable");
+    rows.add(programId, L"", row.description);
+    rows.add(programId + L"\\CLSID", L"", classId);
+    rows.add(programId + L"\\CurVer", L"", versioned);
+    rows.add(versioned, L"", row.description);
+    rows.add(versioned + L"\\CLSID", L"", classId);
+}
+
+void addTypeLibrary(Rows& rows, TypeLibrary which, const std::wstring& path) {
+    ComPtr<ITypeLib> library;
+    throwIfFailed(loadTypeLibrary(which, library));
+    Bstr description;
+    throwIfFailed(library->GetDocumentation(-1, nullptr, description.put(), nullptr, nullptr));
+    const std::wstring key = L"TypeLib\\" + text(attributesOf(*library).guid) + L'\\' + kVersion;
+    const std::wstring file = path + L'\\' + std::to_wstring(static_cast<int>(which));
+    rows.add(key, L"", description.get());
+    rows.add(key + L"\\0\\win32", L"", file);
+    rows.add(key + L"\\FLAGS", L"", L"0");
+    rows.add(key + L"\\HELPDIR", L"", path.substr(0, path.find_last_of(L'\\')));
+}
+
+void addInterfaces(Rows& rows, ITypeLib& library, const std::wstring& libraryId) {
+    for (UINT index = 0; index < library.GetTypeInfoCount(); ++index) {
+        ComPtr<ITypeInfo> info;
+        throwIfFailed(library.GetTypeInfo(index, info.put()));
+        const TYPEATTR attributes = attributesOf(*info);
+        if (attributes.typekind != TKIND_DISPATCH) continue;
+        const bool dual = (attributes.wTypeFlags & TYPEFLAG_FDUAL) != 0;
+        Bstr name;
+        throwIfFailed(info->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr));
+        const std::wstring key = L"Interface\\" + text(attributes.guid);
+        rows.add(key, L"", name.get());
+        rows.add(key + L"\\ProxyStubClsid32", L"", dual ? kTypeLibraryProxy : kDispatchProxy);
+        rows.add(key + L"\\TypeLib", L"", libraryId);
+        rows.add(key + L"\\TypeLib", L"Version", kVersion);
+    }
+}
+
+}  // namespace
+
+std::vector<RegistryRow> registryRows(const std::wstring& path) {
+    ComPtr<ITypeLib> library;
+    throwIfFailed(loadTypeLibrary(TypeLibrary::VrxCommon, library));
+    const std::wstring libraryId = text(attributesOf(*library).guid);
+    Rows rows;
+    addTypeLibrary(rows, TypeLibrary::VrxTypeLib, path);
+    addTypeLibrary(rows, TypeLibrary::VrxCommon, path);
+    addInterfaces(rows, *library, libraryId);
+    for (const ClassRow& row : classTable()) addClass(rows, row, path, libraryId);
+    return rows.take();
+}
+
+}  // namespace vrx

@@ -1,0 +1,30 @@
+// The library's own type information, loaded from this module's resources, so that it works unregistered as
+// well.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include "com/com_ptr.h"
+
+namespace vrx {
+
+class MemberTable;
+
+/// Resource numbers of the type libraries in the module.
+enum class TypeLibrary { VrxCommon = 1, VrxTypeLib = 2 };
+
+/// Loads a type library from the module, without registering it.
+HRESULT loadTypeLibrary(TypeLibrary which, ComPtr<ITypeLib>& library);
+
+/// Description of a published interface or class; loaded once in a process.
+HRESULT findTypeInfo(const GUID& guid, ComPtr<ITypeInfo>& info);
+
+/// Members of a published dual interface; described once in a process. Throws HresultFailure.
+const MemberTable& memberTableOf(const IID& iid);
+
+/// Whether the module may be unloaded. If so, nothing of other modules is held any more.
+bool releaseTypeInformation();
+
+}  // namespace vrx

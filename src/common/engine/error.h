@@ -1,0 +1,45 @@
+// The one exception type of the library, and the platform errors by the numbers and texts that VB hosts know.
+// Texts are UTF-16, as automation hosts exchange them.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace vrx {
+
+/// A failure as a host sees it: `Err.Number`, `Err.Source` and `Err.Description`.
+/// An empty source is filled in with the class name where the error leaves the library.
+struct Error {
+    std::int32_t number;
+    std::u16string source;
+    std::u16string description;
+};
+
+/// Run-time error numbers of VB hosts.
+enum class Platform : std::int32_t {
+    InvalidCall = 5,
+    Overflow = 6,
+    OutOfMemory = 7,
+    SubscriptOutOfRange = 9,
+    DivisionByZero = 11,
+    TypeMismatch = 13,
+    OutOfStackSpace = 28,
+    InternalError = 51,
+    BadFileName = 52,
+    FileNotFound = 53,
+    DeviceIoError = 57,
+    FileAlreadyExists = 58,
+    DiskFull = 61,
+    PermissionDenied = 70,
+    DiskNotReady = 71,
+    PathFileAccess = 75,
+    PathNotFound = 76,
+    ObjectNotSet = 91,
+    ActionNotSupported = 445,
+    InvalidPicture = 481,
+};
+
+/// The error with the host's own text for it and no source.
+[[nodiscard]] Error platformError(Platform number);
+
+}  // namespace vrx

@@ -1,0 +1,47 @@
+// Whole files in, whole files out. A file that is written replaces the old one in one step, or leaves it as
+// it was.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "common/engine/byte_sink.h"
+#include "common/engine/bytes.h"
+#include "common/win_resource.h"
+
+namespace vrx {
+
+/// The content of a file and one zero byte behind it. Fails with the platform's errors: 53 for a file that is
+/// not there, 76 for a folder that is not, 75 for a folder or a device, 70 for a file that is locked, 7 for
+/// one that is too large.
+[[nodiscard]] Bytes readFileAndZero(const std::u16string& path);
+
+/// Collects the bytes of a new file in a temporary one beside it. Without `commit` nothing has happened.
+class FileReplacement final : public ByteSink {
+  public:
+    /// Fails where the target cannot be replaced: a folder, a read-only file, a path that is not there.
+    explicit FileReplacement(const std::u16string& path);
+    FileReplacement(const FileReplacement&) = delete;
+    FileReplacement& operator=(const FileReplacement&) = delete;
+    ~FileReplacement();
+
+    void write(std::span<const std::uint8_t> bytes) override;
+    /// Puts the new file in the place of the old one.
+    void commit();
+
+  private:
+    [[nodiscard]] bool openSibling();
+    void overwriteTarget();
+
+    std::wstring path_;
+    std::wstring sibling_;
+    KernelHandle file_;
+    // In a folder that takes no new files, the bytes wait here until they are complete.
+    std::vector<std::uint8_t> waiting_;
+};
+
+}  // namespace vrx

@@ -1,0 +1,90 @@
+#include "common/message_box.h"
+
+#include <windows.h>
+
+#include <array>
+#include <cstddef>
+#include <cwchar>
+#include <vector>
+
+#include "com/fp_scope.h"
+#include "com/variant_convert.h"
+
+namespace vrx {
+namespace {
+
+std::u16string toText16(const std::wstring& text) { return {text.begin(), text.end()}; }
+
+std::wstring hostPath() {
+    std::array<wchar_t, 32768> path{};
+    return {path.data(), GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()))};
+}
+
+std::wstring baseName(const std::wstring& path) {
+    const std::wstring name = path.substr(path.find_last_of(L"\\/") + 1);
+    return name.substr(0, name.find_last_of(L'.'));
+}
+
+std::vector<std::byte> versionInfo(const std::wstring& path) {
+    DWORD ignored = 0;
+    std::vector<std::byte> info(GetFileVersionInfoSizeW(path.c_str(), &ignored));
+    if (!info.empty() &&
+        !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(info.size()), info.data())) {
+        info.clear();
+    }
+    return info;
+}
+
+std::wstring versionText(const std::vector<std::byte>& info, WORD language, WORD codePage,
+                         const wchar_t* name) {
+    std::array<wchar_t, 64> query{};
+    std::swprintf(query.data(), query.size(), L"\\StringFileInfo\\%04x%04x\\%ls", language, codePage, name);
+    void* text = nullptr;
+    UINT length = 0;
+    if (!VerQueryValueW(info.data(), query.data(), &text, &length) || length == 0) return {};
+    const std::wstring value(static_cast<const wchar_t*>(text), length);
+    return value.substr(0, value.find(L'\0'));
+}
+
+std::wstring versionTitle(const std::wstring& path) {
+    const std::vector<std::byte> info = versionInfo(path);
+    struct Translation {
+        WORD language;
+        WORD codePage;
+    };
+    void* translations = nullptr;
+    UINT size = 0;
+    if (info.empty() || !VerQueryValueW(info.data(), L"\\VarFileInfo\\Translation", &translations, &size) ||
+        size < sizeof(Translation)) {
+        return {};
+    }
+    const auto& first = *static_cast<const Translation*>(translations);
+    std::wstring title = versionText(info, first.language, first.codePage, L"FileDescription");
+    if (title.empty()) title = versionText(info, first.language, first.codePage, L"ProductName");
+    return title;
+}
+
+/// A service without a desktop that anybody sees would wait for ever for an answer.
+bool windowsAreVisible() {
+    USEROBJECTFLAGS flags{};
+    return !GetUserObjectInformationW(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags, nullptr) ||
+           (flags.dwFlags & WSF_VISIBLE) != 0;
+}
+
+}  // namespace
+
+std::u16string hostTitle() {
+    const std::wstring path = hostPath();
+    const std::wstring title = versionTitle(path);
+    return toText16(title.empty() ? baseName(path) : title);
+}
+
+int showMessage(const std::u16string& message, unsigned style, const std::u16string& title) {
+    if (!windowsAreVisible()) return 0;
+    const std::wstring text = toWide(message);
+    const std::wstring caption = toWide(title.empty() ? hostTitle() : title);
+    const HostFpScope host;
+    return MessageBoxW(GetActiveWindow(), text.c_str(), caption.c_str(), style);
+}
+
+}  // namespace vrx

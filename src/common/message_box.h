@@ -1,0 +1,17 @@
+// The library's modal message box.
+#pragma once
+
+#include <string>
+
+namespace vrx {
+
+/// Shows a message with the platform's message-box style and returns the button pressed. Without a title the
+/// host application's stands there. In a process whose windows nobody can see nothing is shown, and 0
+/// returned.
+int showMessage(const std::u16string& message, unsigned style, const std::u16string& title = {});
+
+/// What the host application calls itself: the description or product name of its version information,
+/// otherwise the name of its file.
+[[nodiscard]] std::u16string hostTitle();
+
+}  // namespace vrx

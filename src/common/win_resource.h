@@ -1,0 +1,71 @@
+// Owners of operating-system resources: one generic owner, one alias line for each kind.
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <utility>
+
+namespace vrx {
+
+/// Owns one resource and gives it back with `close`. Empty is the value-initialised handle.
+template <class Handle, void (*close)(Handle)>
+class Resource {
+  public:
+    Resource() = default;
+    explicit Resource(Handle handle) : handle_(handle) {}
+    Resource(Resource&& other) noexcept : handle_(other.release()) {}
+    Resource& operator=(Resource&& other) noexcept {
+        if (this != &other) reset(other.release());
+        return *this;
+    }
+    ~Resource() { reset(); }
+
+    [[nodiscard]] Handle get() const { return handle_; }
+    explicit operator bool() const { return handle_ != Handle{}; }
+
+    [[nodiscard]] Handle release() { return std::exchange(handle_, Handle{}); }
+    void reset(Handle handle = {}) {
+        if (handle_ != Handle{}) close(handle_);
+        handle_ = handle;
+    }
+    /// The address for a call that returns a handle; what was owned before is given back.
+    [[nodiscard]] Handle* put() {
+        reset();
+        return &handle_;
+    }
+
+  private:
+    Handle handle_{};
+};
+
+namespace closing {
+inline void key(HKEY handle) { RegCloseKey(handle); }
+inline void handle(HANDLE handle) { CloseHandle(handle); }
+inline void find(HANDLE handle) { FindClose(handle); }
+inline void module(HMODULE handle) { FreeLibrary(handle); }
+inline void memoryDc(HDC handle) { DeleteDC(handle); }
+inline void bitmap(HBITMAP handle) { DeleteObject(handle); }
+inline void text(BSTR handle) { SysFreeString(handle); }
+inline void array(SAFEARRAY* handle) { SafeArrayDestroy(handle); }
+inline void taskMemory(void* handle) { CoTaskMemFree(handle); }
+}  // namespace closing
+
+using RegistryKey = Resource<HKEY, closing::key>;
+using KernelHandle = Resource<HANDLE, closing::handle>;
+using FindHandle = Resource<HANDLE, closing::find>;
+using Module = Resource<HMODULE, closing::module>;
+using MemoryDc = Resource<HDC, closing::memoryDc>;
+using Bitmap = Resource<HBITMAP, closing::bitmap>;
+using Bstr = Resource<BSTR, closing::text>;
+using SafeArray = Resource<SAFEARRAY*, closing::array>;
+using TaskMemory = Resource<void*, closing::taskMemory>;
+
+/// An opened file or search: the calls that open them answer INVALID_HANDLE_VALUE for none.
+template <class Owner = KernelHandle>
+[[nodiscard]] Owner validHandle(HANDLE handle) {
+    return Owner(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+}
+
+}  // namespace vrx

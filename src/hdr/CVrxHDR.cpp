@@ -1,0 +1,310 @@
+#include "hdr/CVrxHDR.h"
+
+#include <array>
+#include <cstring>
+#include <new>
+
+#include "common/engine/error_record.h"
+#include "common/engine/rounding.h"
+#include "common/file_io.h"
+#include "common/message_box.h"
+#include "common/message_loop.h"
+#include "hdr/engine/hdr_error.h"
+#include "raster/raster_image.h"
+
+namespace vrx {
+namespace {
+
+constexpr char16_t kClassName[] = u"CVrxHDR";
+const ClassIdentity kIdentity = {kClassName, CLSID_CVrxHDR, IID__CVrxHDR, &DIID___CVrxHDR};
+
+// Events by their dispatch ids.
+constexpr DISPID kOnRefresh = 1;
+constexpr DISPID kOnHeaderLoaded = 2;
+constexpr DISPID kOnFinish = 3;
+
+// In place of the first coordinate of the source rectangle: no rectangle is given.
+constexpr float kNoRectangle = -1.0F;
+
+/// The shape of a pixel store as a host's array.
+std::array<Bounds, 3> boundsOf(std::int32_t dimX, std::int32_t dimY) {
+    return {{{0, dimX}, {0, dimY}, {0, kRgbeComponents - 1}}};
+}
+
+bool isBlank(const std::u16string& text) { return text.find_first_not_of(u' ') == std::u16string::npos; }
+
+/// Why a picture was not written, for the user.
+std::u16string reasonOf(const Error& error) {
+    if (error.number == fileError().number) return u"the picture does not fit the file format";
+    std::u16string reason = error.description;
+    if (!reason.empty() && reason[0] >= u'A' && reason[0] <= u'Z') reason[0] += u'a' - u'A';
+    return reason;
+}
+
+void tellNotWritten(const std::u16string& path, const std::u16string& reason) {
+    showMessage(u"Cannot write " + path + u": " + reason, MB_ICONEXCLAMATION);
+}
+
+}  // namespace
+
+CVrxHDR::CVrxHDR() : ObjectBase(kIdentity), loader_(picture_, *this) {}
+
+STDMETHODIMP CVrxHDR::get_REGKEY(BSTR* value) {
+    return answer(value, [&] { return std::u16string_view(regKey_); });
+}
+
+STDMETHODIMP CVrxHDR::put_REGKEY(BSTR value) {
+    return run([&] { regKey_ = toText(value); });
+}
+
+STDMETHODIMP CVrxHDR::get_HDRLoading(VARIANT_BOOL* value) {
+    return answer(value, [&] { return loader_.loading(); });
+}
+
+STDMETHODIMP CVrxHDR::get_Gamma(float* value) {
+    return answer(value, [&] { return picture_.gamma(); });
+}
+
+STDMETHODIMP CVrxHDR::put_Gamma(float value) {
+    return run([&] { picture_.setGamma(value); });
+}
+
+STDMETHODIMP CVrxHDR::get_Exposure(float* value) {
+    return answer(value, [&] { return picture_.exposure(); });
+}
+
+STDMETHODIMP CVrxHDR::put_Exposure(float value) {
+    return run([&] {
+        picture_.setExposure(value);
+        loader_.parameterChanged();
+    });
+}
+
+STDMETHODIMP CVrxHDR::get_AutoExposition(VARIANT_BOOL* value) {
+    return answer(value, [&] { return picture_.autoExposition(); });
+}
+
+STDMETHODIMP CVrxHDR::put_AutoExposition(VARIANT_BOOL value) {
+    return run([&] {
+        picture_.setAutoExposition(value != VARIANT_FALSE);
+        loader_.parameterChanged();
+    });
+}
+
+STDMETHODIMP CVrxHDR::get_AutoExpositionType(Enum_AutoExpositionType* value) {
+    return answer(value, [&] { return picture_.expositionType(); });
+}
+
+STDMETHODIMP CVrxHDR::put_AutoExpositionType(Enum_AutoExpositionType value) {
+    return run([&] {
+        picture_.setExpositionType(static_cast<ExpositionType>(value));
+        loader_.parameterChanged();
+    });
+}
+
+STDMETHODIMP CVrxHDR::get_DimX(long* value) {
+    return answer(value, [&] { return picture_.dimX(); });
+}
+
+STDMETHODIMP CVrxHDR::get_DimY(long* value) {
+    return answer(value, [&] { return picture_.dimY(); });
+}
+
+STDMETHODIMP CVrxHDR::Get_Picture(float srcPX, long srcPY, float srcDX, long srcDY, float destPX, long destPY,
+                                  float destDX, long destDY, IPictureDisp** value) {
+    return answer(value, [&] {
+        if (srcPX == kNoRectangle) return pictureOf({}, {}, true);
+        return pictureOf({toInt32(srcPX), srcPY, toInt32(srcDX), srcDY},
+                         {toInt32(destPX), destPY, toInt32(destDX), destDY}, false);
+    });
+}
+
+STDMETHODIMP CVrxHDR::Set_HDR(VARIANT* r_arHDR) {
+    if (!r_arHDR) return E_POINTER;
+    return run([&] {
+        if (holdsArray(*r_arHDR)) takePixels(*r_arHDR);
+    });
+}
+
+STDMETHODIMP CVrxHDR::Get_HDR(VARIANT* r_arHDR) {
+    if (!r_arHDR) return E_POINTER;
+    return run([&] { putVariant(*r_arHDR, copyOfPixels()); });
+}
+
+STDMETHODIMP CVrxHDR::Load(BSTR, BSTR* value) { return refuse(value); }
+
+STDMETHODIMP CVrxHDR::See(BSTR, float, float) { return refuse(); }
+
+STDMETHODIMP CVrxHDR::Save(BSTR) { return refuse(); }
+
+STDMETHODIMP CVrxHDR::Convert_HDR_to_BMP(BSTR strOutPutFile, float Exposure, float Gamma) {
+    return run([&] { convertToBmp(toText(strOutPutFile), Exposure, Gamma); });
+}
+
+STDMETHODIMP CVrxHDR::Load_HDR(BSTR strFileName, VARIANT_BOOL* bInvert) {
+    const bool invert = !bInvert || *bInvert != VARIANT_FALSE;
+    return run([&] {
+        recordErrors(kClassName, [&] {
+            loader_.init();
+            loader_.load(toText(strFileName), false, invert);
+        });
+    });
+}
+
+STDMETHODIMP CVrxHDR::Save_HDR(BSTR strOutFileName, BSTR* value) {
+    return answer(value, [&] {
+        std::u16string written;
+        recordErrors(kClassName, [&] {
+            loader_.init();
+            written = saveFile(toText(strOutFileName));
+        });
+        return written;
+    });
+}
+
+STDMETHODIMP CVrxHDR::Get_Preview(BSTR strFileName) {
+    return run([&] { recordErrors(kClassName, [&] { loader_.load(toText(strFileName), true, false); }); });
+}
+
+STDMETHODIMP CVrxHDR::Get_BMP() {
+    return run([&] {
+        picture_.paint();
+        refresh();
+    });
+}
+
+STDMETHODIMP CVrxHDR::Get_Compo(long X, long Y, long ICompo, float* value) {
+    return answer(value, [&] { return picture_.component(X, Y, ICompo); });
+}
+
+STDMETHODIMP CVrxHDR::EndHDR() {
+    return run([&] { loader_.end(); });
+}
+
+STDMETHODIMP CVrxHDR::Get_Pixel(long X, long Y, VARIANT* sRed, VARIANT* sGreen, VARIANT* sBlu) {
+    if (!sRed || !sGreen || !sBlu) return E_POINTER;
+    return run([&] { readPixel(X, Y, *sRed, *sGreen, *sBlu); });
+}
+
+STDMETHODIMP CVrxHDR::Cls() {
+    return run([&] { picture_.clear(); });
+}
+
+STDMETHODIMP CVrxHDR::Init() {
+    return run([&] { loader_.init(); });
+}
+
+Bytes CVrxHDR::readFile(const std::u16string& name) { return readFileAndZero(name); }
+
+void CVrxHDR::headerLoaded(std::int32_t dimX, std::int32_t dimY) {
+    fire(kOnHeaderLoaded, std::array{makeLong(dimX).release(), makeLong(dimY).release()});
+    endIfAbandoned();
+}
+
+/// The preview bitmap onto the surface, and the surface's picture to the host.
+void CVrxHDR::refresh() {
+    surface_.paint(picture_.preview());
+    const ComPtr<IPictureDisp> picture = surface_.picture();
+    VARIANT argument{};
+    V_VT(&argument) = VT_DISPATCH;
+    V_DISPATCH(&argument) = picture.get();
+    fire(kOnRefresh, std::array{argument});
+    endIfAbandoned();
+}
+
+void CVrxHDR::finished() {
+    fire(kOnFinish);
+    endIfAbandoned();
+}
+
+void CVrxHDR::yield() {
+    if (!doEvents()) loader_.init();
+    endIfAbandoned();
+}
+
+/// A host that has given back its last reference wants nothing more of a load.
+void CVrxHDR::endIfAbandoned() {
+    if (isAbandoned()) loader_.init();
+}
+
+void CVrxHDR::takePixels(const VARIANT& pixels) {
+    const ByteArrayView array(pixels);
+    const auto shape = [&](unsigned dimension) { return array.bounds(dimension); };
+    if (array.rank() != 3 || shape(0).lower != 0 || shape(1).lower != 0 || shape(2).lower != 0 ||
+        shape(0).upper < 0 || shape(1).upper < 0 || shape(2).upper != kRgbeComponents - 1) {
+        throw platformError(Platform::SubscriptOutOfRange);
+    }
+    RgbeStore store(shape(0).upper, shape(1).upper);
+    std::memcpy(store.data(), array.bytes().data(), store.size());
+    picture_.setStore(std::move(store));
+}
+
+Variant CVrxHDR::copyOfPixels() const {
+    const RgbeStore& store = picture_.store();
+    if (store.empty()) return {};
+    SafeArray array = makeByteArray(boundsOf(store.dimX(), store.dimY()));
+    {
+        const ByteArrayView view(array.get());
+        std::memcpy(view.bytes().data(), store.data(), store.size());
+    }
+    return makeArray(std::move(array));
+}
+
+void CVrxHDR::convertToBmp(const std::u16string& path, float exposure, float gamma) {
+    RasterImage image;
+    image.set(picture_.convert(exposure, gamma));
+    recordErrors(RasterImage::kClassName, [&] { image.saveBmp(path); });
+}
+
+/// Every failure of writing is the same error to the host; the user is told the reason.
+std::u16string CVrxHDR::saveFile(const std::u16string& path) {
+    if (isBlank(path)) return {};
+    try {
+        writeFile(path);
+        return path;
+    } catch (const Error& error) {
+        tellNotWritten(path, reasonOf(error));
+    } catch (const std::bad_alloc&) {
+        tellNotWritten(path, u"out of memory");
+    }
+    throw fileError();
+}
+
+void CVrxHDR::writeFile(const std::u16string& path) const {
+    FileReplacement file(path);
+    picture_.encode(file);
+    file.commit();
+}
+
+ComPtr<IPictureDisp> CVrxHDR::pictureOf(const PixelRect& source, const PixelRect& target, bool whole) {
+    const Bitmap24& preview = picture_.preview();
+    const auto width = static_cast<std::int32_t>(preview.width());
+    const auto height = static_cast<std::int32_t>(preview.height());
+    const PixelRect all{0, 0, width, height};
+    if (whole) {
+        surface_.resize(picture_.dimX() + 1, picture_.dimY() + 1);
+    } else {
+        surface_.resize(target.width, target.height);
+    }
+    if (!preview.empty()) {
+        BITMAPINFO info{};
+        info.bmiHeader = header24(width, height);
+        surface_.stretch(whole ? all : target, whole ? all : source, info, preview.data());
+    }
+    return surface_.picture();
+}
+
+void CVrxHDR::readPixel(std::int32_t x, std::int32_t y, VARIANT& red, VARIANT& green, VARIANT& blue) const {
+    const std::array<VARIANT*, 3> targets{&red, &green, &blue};
+    const auto percent = picture_.percentAt(x, y);
+    if (picture_.tablesBuilt() && !percent) return;
+    for (std::size_t c = 0; c < targets.size(); ++c) {
+        try {
+            putVariant(*targets[c], picture_.tablesBuilt() ? makeDouble((*percent)[c]) : makeInteger(-1));
+        } catch (const Error&) {
+            // A variable that cannot take the value keeps its own; the next one still gets its value.
+        }
+    }
+}
+
+}  // namespace vrx

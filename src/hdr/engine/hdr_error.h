@@ -1,0 +1,14 @@
+// The two errors that the HDR engine itself raises.
+#pragma once
+
+#include "common/engine/error.h"
+
+namespace vrx {
+
+/// Whatever is wrong with the content of a file that is read.
+[[nodiscard]] inline Error wrongFileType() { return {1, u"CVrxHDR::Import", u"File Type Wrong!"}; }
+
+/// Whatever keeps a picture from being written.
+[[nodiscard]] inline Error fileError() { return {1, u"CVrxHDR::Export", u"File Error!"}; }
+
+}  // namespace vrx

@@ -1,0 +1,30 @@
+// Radiance RGBE writer: header and adaptive run-length scanlines.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "common/engine/byte_sink.h"
+#include "hdr/engine/rgbe_store.h"
+
+namespace vrx {
+
+/// Writes the whole file for a picture of dimX x dimY pixels, the store's bytes as they are. An empty store
+/// is a picture without rows. Fails ("File Error!") before anything is written where the store does not have
+/// these sizes, or where rows are wider than the 65535 pixels that a scanline can name.
+void encodeRgbe(const RgbeStore& store, std::int32_t dimX, std::int32_t dimY, ByteSink& sink);
+
+/// The run-length codes of one plane of one row: runs of at least 4 as (128 + length, byte), everything else
+/// as literal chunks (length, bytes ...); a lone run of 2 or 3 before a long run is written as a run. `out`
+/// has room for runLengthBound(plane.size()); the end of what was written is returned.
+std::uint8_t* encodePlane(std::span<const std::uint8_t> plane, std::uint8_t* out);
+
+/// The same codes from the definition, byte by byte; what encodePlane is measured against.
+std::uint8_t* encodePlaneByBytes(std::span<const std::uint8_t> plane, std::uint8_t* out);
+
+/// The most bytes that a plane of one row can take: it is never longer than its literal chunks.
+[[nodiscard]] constexpr std::uint64_t runLengthBound(std::uint64_t width) {
+    return width + (width + 127) / 128;
+}
+
+}  // namespace vrx

@@ -1,0 +1,137 @@
+#include "hdr/engine/tone_tables.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+
+#include "common/engine/error.h"
+#include "common/engine/rounding.h"
+#include "hdr/engine/exact_power.h"
+
+namespace vrx {
+namespace {
+
+constexpr double kMaxSingle = std::numeric_limits<float>::max();
+
+// v falls apart into a factor of the mantissa and one of the exponent, so 512 powers and 65,536 products give
+// all entries. A product is a few units of the last place away from the power itself; only where that could
+// decide a rounding is the power itself taken. The guard is far wider than any run-time library's error.
+constexpr double kGuard = 0x1p-44;
+
+struct Entry {
+    std::uint8_t byte;
+    float single;
+};
+
+struct Factors {
+    std::array<double, 256> mantissa;
+    std::array<double, 256> exponent;
+};
+
+Entry entryOf(double v) {
+    return {static_cast<std::uint8_t>(roundHalfEven(std::clamp(v, 0.0, 255.0))),
+            static_cast<float>(std::min(v / 255.0, kMaxSingle))};
+}
+
+/// The formula itself. `linear` is the exposed linear value of the entry.
+Entry exactEntry(double linear, double inverseGamma) {
+    if (linear == 0.0 && inverseGamma < 0.0) throw platformError(Platform::InvalidCall);
+    const double v = linear > 0.0 ? exactPower(linear, inverseGamma) : (inverseGamma == 0.0 ? 1.0 : 0.0);
+    if (std::isinf(v)) throw platformError(Platform::Overflow);
+    return entryOf(v);
+}
+
+double linearOf(int exponent, int mantissa, double multiplier) {
+    return (mantissa + 0.5) * (std::ldexp(1.0, exponent - 136) * multiplier);
+}
+
+Factors factorsOf(double multiplier, double inverseGamma) {
+    Factors factors;
+    for (int i = 0; i < 256; ++i) {
+        factors.mantissa[static_cast<std::size_t>(i)] = std::pow((i + 0.5) * multiplier, inverseGamma);
+        factors.exponent[static_cast<std::size_t>(i)] = std::exp2((i - 136) * inverseGamma);
+    }
+    return factors;
+}
+
+/// Whether every product is a normal number, so that its relative error is that of its factors.
+bool productsAreNormal(const Factors& factors) {
+    const auto [lowM, highM] = std::minmax_element(factors.mantissa.begin(), factors.mantissa.end());
+    const auto [lowE, highE] = std::minmax_element(factors.exponent.begin(), factors.exponent.end());
+    return *lowM > 0x1p-500 && *lowE > 0x1p-500 && *highM < 0x1p500 && *highE < 0x1p500;
+}
+
+/// v held to 255 and rounded half to even: adding 2^52 + 2^51 leaves the integer in the lowest bits.
+std::uint64_t byteBits(double v) { return std::bit_cast<std::uint64_t>(std::min(v, 255.0) + 0x1.8p52); }
+
+/// Fills one exponent's entries from the factors; false where one of them lies within the guard of a
+/// rounding.
+bool fillFromFactors(const Factors& factors, double exponentFactor, std::uint8_t* bytes, float* singles) {
+    std::uint64_t doubt = 0;
+    for (std::size_t m = 0; m < 256; ++m) {
+        const double v = factors.mantissa[m] * exponentFactor;
+        const double below = v * (1.0 - kGuard);
+        const double above = v * (1.0 + kGuard);
+        const std::uint64_t byte = byteBits(below);
+        const auto single = static_cast<float>(std::min(below * (1.0 / 255.0), kMaxSingle));
+        const auto singleAbove = static_cast<float>(std::min(above * (1.0 / 255.0), kMaxSingle));
+        doubt |= byte ^ byteBits(above);
+        doubt |= std::bit_cast<std::uint32_t>(single) ^ std::bit_cast<std::uint32_t>(singleAbove);
+        bytes[m] = static_cast<std::uint8_t>(byte);
+        singles[m] = single;
+    }
+    return doubt == 0;
+}
+
+/// Replaces the entries that lie within the guard of a rounding by the formula's own.
+void settleDoubts(const Factors& factors, int exponent, double multiplier, double inverseGamma,
+                  std::uint8_t* bytes, float* singles) {
+    for (int m = 0; m < 256; ++m) {
+        const auto i = static_cast<std::size_t>(m);
+        const double v = factors.mantissa[i] * factors.exponent[static_cast<std::size_t>(exponent)];
+        const Entry below = entryOf(v * (1.0 - kGuard));
+        const Entry above = entryOf(v * (1.0 + kGuard));
+        if (below.byte == above.byte && below.single == above.single) continue;
+        const Entry exact = exactEntry(linearOf(exponent, m, multiplier), inverseGamma);
+        bytes[i] = exact.byte;
+        singles[i] = exact.single;
+    }
+}
+
+}  // namespace
+
+float exposureMultiplier(float exposure) {
+    if (std::isnan(exposure)) return 0.0F;
+    const double stops = std::clamp(static_cast<double>(exposure), -200.0, 200.0);
+    return static_cast<float>(std::min(exactPower(2.0, stops), kMaxSingle));
+}
+
+void ToneTables::build(float multiplier, float inverseGamma) {
+    const double scale = multiplier;
+    const double power = inverseGamma;
+    const Factors factors = factorsOf(scale, power);
+    const bool fast = scale > 0.0 && productsAreNormal(factors);
+    if (!fast) {
+        // Everything that can fail is in the largest linear value or, below 0, in the smallest.
+        exactEntry(linearOf(power < 0.0 ? 0 : 255, power < 0.0 ? 0 : 255, scale), power);
+    }
+    for (int e = 0; e < 256; ++e) {
+        std::uint8_t* bytes = &bytes_[at(static_cast<std::uint8_t>(e))];
+        float* singles = &singles_[at(static_cast<std::uint8_t>(e))];
+        if (fast) {
+            if (!fillFromFactors(factors, factors.exponent[static_cast<std::size_t>(e)], bytes, singles)) {
+                settleDoubts(factors, e, scale, power, bytes, singles);
+            }
+            continue;
+        }
+        for (int m = 0; m < 256; ++m) {
+            const Entry entry = exactEntry(linearOf(e, m, scale), power);
+            bytes[m] = entry.byte;
+            singles[m] = entry.single;
+        }
+    }
+    built_ = true;
+}
+
+}  // namespace vrx

@@ -1,0 +1,41 @@
+// From RGBE bytes to 8-bit and floating-point colour by table: a component has only 256 exponents and 256
+// mantissas, so one power per pair serves the whole picture.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace vrx {
+
+/// 2^exposure as a Single, exposure in stops. Never fails: held at the largest finite value, 0 for what is no
+/// number.
+[[nodiscard]] float exposureMultiplier(float exposure);
+
+class ToneTables {
+  public:
+    /// For every exponent E and mantissa M: v = ((M + 0.5) * 2^(E - 136) * multiplier) ^ inverseGamma in
+    /// double precision, 0 ^ 0 being 1. The byte is v rounded half to even and held to 0 .. 255; the Single
+    /// is v / 255, held to the largest finite Single. Error 6 where the power overflows, 5 for 0 to a
+    /// negative power; the tables then stay as they were.
+    void build(float multiplier, float inverseGamma);
+
+    [[nodiscard]] bool built() const { return built_; }
+
+    /// The 256 entries of one exponent, mantissas in order.
+    [[nodiscard]] const std::uint8_t* bytes(std::uint8_t exponent) const { return &bytes_[at(exponent)]; }
+    [[nodiscard]] const float* singles(std::uint8_t exponent) const { return &singles_[at(exponent)]; }
+
+    /// Both whole tables, 256 mantissas to an exponent.
+    [[nodiscard]] const std::uint8_t* allBytes() const { return bytes_.data(); }
+    [[nodiscard]] const float* allSingles() const { return singles_.data(); }
+
+  private:
+    static constexpr std::size_t at(std::uint8_t exponent) { return std::size_t{exponent} << 8; }
+
+    std::array<std::uint8_t, 65536> bytes_{};
+    std::array<float, 65536> singles_{};
+    bool built_ = false;
+};
+
+}  // namespace vrx

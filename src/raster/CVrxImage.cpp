@@ -1,0 +1,76 @@
+#include "raster/CVrxImage.h"
+
+#include "common/engine/error_record.h"
+
+namespace vrx {
+namespace {
+
+const ClassIdentity kIdentity = {RasterImage::kClassName, CLSID_CVrxImage, IID__CVrxImage};
+
+}  // namespace
+
+CVrxImage::CVrxImage() : ObjectBase(kIdentity) {}
+
+STDMETHODIMP CVrxImage::get_REGKEY(BSTR* value) {
+    return answer(value, [&] { return std::u16string_view(regKey_); });
+}
+
+STDMETHODIMP CVrxImage::put_REGKEY(BSTR value) {
+    return run([&] { regKey_ = toText(value); });
+}
+
+STDMETHODIMP CVrxImage::get_DimX(long* value) {
+    return answer(value, [&] { return image_.dimX(); });
+}
+
+STDMETHODIMP CVrxImage::get_DimY(long* value) {
+    return answer(value, [&] { return image_.dimY(); });
+}
+
+STDMETHODIMP CVrxImage::Load(BSTR, BSTR* value) { return refuse(value); }
+
+STDMETHODIMP CVrxImage::Get_Picture(float, long, float, long, float, long, float, long,
+                                    IPictureDisp** value) {
+    return refuse(value);
+}
+
+STDMETHODIMP CVrxImage::See(BSTR) { return refuse(); }
+
+STDMETHODIMP CVrxImage::Set_BMP(SAFEARRAY** r_arBMP, BmpInfo* r_BmpInfo) {
+    if (!r_arBMP || !r_BmpInfo) return E_POINTER;
+    return run([&] {
+        const ByteArrayView bits(*r_arBMP);
+        if (bits.rank() > 1) throw platformError(Platform::TypeMismatch);
+        image_.set(bits.bytes(), *r_BmpInfo);
+    });
+}
+
+STDMETHODIMP CVrxImage::Get_BMP(SAFEARRAY** r_arBMP, BmpInfo* r_BmpInfo) {
+    if (!r_arBMP || !r_BmpInfo) return E_POINTER;
+    return run([&] {
+        replaceArray(r_arBMP, makeByteArray(image_.bits()));
+        *r_BmpInfo = image_.info();
+    });
+}
+
+STDMETHODIMP CVrxImage::Cls() {
+    return run([&] { image_.clear(); });
+}
+
+STDMETHODIMP CVrxImage::Save(BSTR) { return refuse(); }
+
+STDMETHODIMP CVrxImage::Convert_BMP_to_JPG(BSTR, long, BSTR) { return refuse(); }
+
+STDMETHODIMP CVrxImage::Save_BMP(BSTR* strOutPutFile, BSTR* value) {
+    return answer(value, [&] {
+        std::u16string written;
+        recordErrors(RasterImage::kClassName, [&] {
+            written = image_.saveBmp(strOutPutFile ? toText(*strOutPutFile) : std::u16string());
+        });
+        return written;
+    });
+}
+
+STDMETHODIMP CVrxImage::Load_BMP(BSTR) { return refuse(); }
+
+}  // namespace vrx

@@ -1,0 +1,58 @@
+// An off-screen 24-bit canvas with a picture object. A picture that was handed out stays as it is when the
+// surface is painted again: the surface then goes on with a new bitmap.
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+
+#include <cstdint>
+
+#include "com/com_ptr.h"
+#include "raster/engine/bitmap24.h"
+
+namespace vrx {
+
+/// A rectangle in pixels as StretchDIBits takes it. In a bottom-up bitmap the source's top counts from the
+/// bottom.
+struct PixelRect {
+    int left;
+    int top;
+    int width;
+    int height;
+};
+
+class DrawingSurface {
+  public:
+    /// Makes the surface black in a size of its own, 1 x 1 at least. Error 5 for a negative size, 7 for one
+    /// that the system cannot hold.
+    void resize(std::int32_t width, std::int32_t height);
+
+    /// The whole of a bitmap, in its own size. An empty one changes nothing.
+    void paint(const Bitmap24& bitmap);
+
+    /// Draws bits of any format into the surface, eliminating rows and columns where it shrinks.
+    void stretch(const PixelRect& target, const PixelRect& source, const BITMAPINFO& info, const void* bits);
+
+    /// What is painted now, as a picture object that owns its bitmap.
+    [[nodiscard]] ComPtr<IPictureDisp> picture();
+
+    [[nodiscard]] std::int32_t width() const { return width_; }
+    [[nodiscard]] std::int32_t height() const { return height_; }
+    /// The pixels, bottom-up with padded rows.
+    [[nodiscard]] const std::uint8_t* bits() const { return bits_; }
+
+  private:
+    void create(std::int32_t width, std::int32_t height);
+
+    ComPtr<IPictureDisp> picture_;
+    HBITMAP bitmap_ = nullptr;  // the picture's
+    std::uint8_t* bits_ = nullptr;
+    std::int32_t width_ = 0;
+    std::int32_t height_ = 0;
+};
+
+/// The header of a 24-bit bottom-up bitmap.
+[[nodiscard]] BITMAPINFOHEADER header24(std::int32_t width, std::int32_t height);
+
+}  // namespace vrx

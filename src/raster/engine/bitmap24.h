@@ -1,0 +1,57 @@
+// A 24-bit bitmap as Windows lays it out: blue, green, red; rows bottom-up, each padded to a multiple of 4
+// bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "common/engine/bytes.h"
+
+namespace vrx {
+
+/// Bytes from one row to the next for a width in pixels.
+[[nodiscard]] constexpr std::uint64_t strideOf(std::uint32_t width) {
+    return (std::uint64_t{width} * 3 + 3) & ~std::uint64_t{3};
+}
+
+class Bitmap24 {
+  public:
+    Bitmap24() = default;
+    /// A black bitmap; error 7 where it is larger than the process can hold.
+    Bitmap24(std::uint32_t width, std::uint32_t height) { reset(width, height); }
+
+    /// Black again in other sizes. Where that fails, the bitmap is empty.
+    void reset(std::uint32_t width, std::uint32_t height) {
+        width_ = 0;
+        height_ = 0;
+        pixels_.reset(checkedSize(width, height));
+        width_ = width;
+        height_ = height;
+    }
+
+    [[nodiscard]] std::uint32_t width() const { return width_; }
+    [[nodiscard]] std::uint32_t height() const { return height_; }
+    [[nodiscard]] std::size_t stride() const { return static_cast<std::size_t>(strideOf(width_)); }
+    [[nodiscard]] std::size_t size() const { return pixels_.size(); }
+    [[nodiscard]] bool empty() const { return width_ == 0 || height_ == 0; }
+    [[nodiscard]] const std::uint8_t* data() const { return pixels_.data(); }
+    [[nodiscard]] std::uint8_t* data() { return pixels_.data(); }
+
+    /// The row that is y rows below the top of the picture.
+    [[nodiscard]] std::uint8_t* rowFromTop(std::uint32_t y) {
+        return pixels_.data() + (height_ - 1 - y) * stride();
+    }
+
+  private:
+    static std::uint64_t checkedSize(std::uint32_t width, std::uint32_t height) {
+        if (height != 0 && strideOf(width) > kMaxByteCount / height)
+            throw platformError(Platform::OutOfMemory);
+        return strideOf(width) * height;
+    }
+
+    std::uint32_t width_ = 0;
+    std::uint32_t height_ = 0;
+    ZeroedBytes pixels_;
+};
+
+}  // namespace vrx

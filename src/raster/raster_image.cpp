@@ -1,0 +1,123 @@
+#include "raster/raster_image.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "com/module.h"
+#include "com/variant_convert.h"
+#include "common/engine/error.h"
+#include "common/engine/rounding.h"
+#include "common/file_io.h"
+#include "raster/engine/bmp_file.h"
+
+namespace vrx {
+namespace {
+
+constexpr char16_t kTemporaryName[] = u"ImageTemp.bmp";
+constexpr std::uint32_t kPaletteSize = 256;
+
+static_assert(sizeof(BmpInfo) == 1064);
+static_assert(sizeof(BmpInfo) == sizeof(BITMAPINFOHEADER) + kPaletteSize * sizeof(RGBQUAD));
+
+/// A record that the drawing call can trust: no field can lead it past the record or the bits.
+/// Error 481 for anything but uncompressed rows that the bits hold whole.
+struct DrawableInfo {
+    BmpInfo record;
+
+    DrawableInfo(const BmpInfo& source, std::size_t bitsSize) : record(source) {
+        const auto bitCount = static_cast<std::uint32_t>(record.biBitCount);
+        const bool palette = bitCount == 1 || bitCount == 4 || bitCount == 8;
+        const bool masks = record.biCompression == BI_BITFIELDS && (bitCount == 16 || bitCount == 32);
+        const bool plain =
+            record.biCompression == BI_RGB && (palette || bitCount == 16 || bitCount == 24 || bitCount == 32);
+        if ((!plain && !masks) || record.biWidth <= 0 || record.biHeight == 0)
+            throw platformError(Platform::InvalidPicture);
+
+        const std::uint64_t stride = (static_cast<std::uint64_t>(record.biWidth) * bitCount + 31) / 32 * 4;
+        const auto rows = static_cast<std::uint64_t>(std::llabs(record.biHeight));
+        if (stride > bitsSize || rows > bitsSize / stride) throw platformError(Platform::InvalidPicture);
+
+        record.biSize = sizeof(BITMAPINFOHEADER);
+        record.biPlanes = 1;
+        record.biSizeImage = 0;
+        const auto used = static_cast<std::uint32_t>(record.biClrUsed);
+        record.biClrUsed = palette && used <= (1U << bitCount) ? record.biClrUsed : 0;
+        record.biClrImportant = 0;
+    }
+
+    [[nodiscard]] const BITMAPINFO& get() const { return *reinterpret_cast<const BITMAPINFO*>(&record); }
+};
+
+std::u16string libraryFolder() {
+    const std::wstring path = modulePath();
+    return {path.begin(), path.begin() + static_cast<std::ptrdiff_t>(path.find_last_of(L'\\') + 1)};
+}
+
+std::u16string temporaryFolder() {
+    wchar_t folder[MAX_PATH + 1];
+    const DWORD length = GetTempPathW(MAX_PATH + 1, folder);
+    return {folder, folder + length};
+}
+
+}  // namespace
+
+void RasterImage::set(std::span<const std::uint8_t> bits, const BmpInfo& info) {
+    std::vector<std::uint8_t> copy(bits.begin(), bits.end());
+    bits_ = std::move(copy);
+    info_ = info;
+    dimX_ = static_cast<float>(info.biWidth);
+    dimY_ = static_cast<float>(info.biHeight);
+}
+
+void RasterImage::set(const Bitmap24& bitmap) {
+    BmpInfo info{};
+    const BITMAPINFOHEADER header =
+        header24(static_cast<std::int32_t>(bitmap.width()), static_cast<std::int32_t>(bitmap.height()));
+    std::memcpy(&info, &header, sizeof header);
+    set({bitmap.data(), bitmap.size()}, info);
+}
+
+void RasterImage::clear() {
+    bits_ = {};
+    dimX_ = 0.0F;
+    dimY_ = 0.0F;
+}
+
+std::int32_t RasterImage::dimX() const { return toInt32(dimX_); }
+std::int32_t RasterImage::dimY() const { return toInt32(dimY_); }
+
+void RasterImage::render() {
+    const DrawableInfo info(info_, bits_.size());
+    const std::int32_t width = dimX();
+    const std::int32_t height = std::abs(dimY());
+    if (width <= 0 || height == 0) throw platformError(Platform::InvalidPicture);
+    surface_.resize(width, height);
+    const PixelRect whole{0, 0, width, height};
+    surface_.stretch(whole, whole, info.get(), bits_.data());
+}
+
+void RasterImage::writeSurface(const std::u16string& path) const {
+    FileReplacement file(path);
+    encodeBmp(static_cast<std::uint32_t>(surface_.width()), static_cast<std::uint32_t>(surface_.height()),
+              surface_.bits(), file);
+    file.commit();
+}
+
+std::u16string RasterImage::saveBmp(const std::u16string& path) {
+    render();
+    if (!path.empty()) {
+        writeSurface(path);
+        return path;
+    }
+    const std::u16string own = libraryFolder() + kTemporaryName;
+    try {
+        writeSurface(own);
+        return own;
+    } catch (const Error&) {
+        const std::u16string users = temporaryFolder() + kTemporaryName;
+        writeSurface(users);
+        return users;
+    }
+}
+
+}  // namespace vrx

@@ -1,0 +1,25 @@
+# shellcheck shell=bash
+# Sourced by every script in tools/: the project's folders, and how it talks to the user.
+
+set -euo pipefail
+
+repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+tools=$repo/tools
+build=$repo/build
+cache=${XDG_CACHE_HOME:-${HOME:-/root}/.cache}/vrxcommon
+export DEBIAN_FRONTEND=noninteractive
+
+say() { printf '\n== %s\n' "$*" >&2; }
+
+die() {
+    printf 'vrx: %s\n' "$*" >&2
+    exit 1
+}
+
+# build_preset PRESET [CMAKE OPTION...] - configures build/PRESET and builds it.
+build_preset() {
+    local preset=$1
+    shift
+    say "Building $preset"
+    (cd "$repo" && cmake --preset "$preset" "$@" >/dev/null && cmake --build "build/$preset" >&2)
+}

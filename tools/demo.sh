@@ -1,0 +1,32 @@
+#!/bin/bash
+# demo.sh [PICTURE.hdr] [OUTDIR] - writes exposures of a picture as BMP files, through a script host in Wine.
+
+. "$(dirname "$0")/common.sh"
+. "$tools/wine_session.sh"
+
+picture=${1:-}
+outdir=$(realpath -m -- "${2:-$build/demo}")
+[[ -z $picture || -f $picture ]] || die "no such picture: $picture"
+
+"$tools/build.sh"
+start_project_session
+mkdir -p "$outdir"
+
+if [[ -z $picture ]]; then
+    picture=$outdir/sky.hdr
+    say "Making a picture: $picture"
+    in_wine 120 "$build/win32/bin/make_sky.exe" "$(windows_path "$picture")"
+fi
+
+say "Writing exposures of $picture"
+started=$build/demo-started
+touch "$started"
+in_wine 600 cscript //nologo "$(windows_path "$repo/samples/vbscript/hdr_to_bmp.vbs")" \
+    "$(windows_path "$picture")" "$(windows_path "$outdir")"
+
+# The script host ends with status 0 even after an error, so the picture that the script writes last is the proof.
+name=${picture##*/}
+last=$outdir/${name%.*}_auto.bmp
+[[ $last -nt $started ]] || die "the script did not get as far as $last"
+say "Written:"
+find "$outdir" -maxdepth 1 -name '*.bmp' -newer "$started" | sort
