@@ -9,6 +9,7 @@
 #include "common/file_io.h"
 #include "common/message_box.h"
 #include "common/message_loop.h"
+#include "dialogs/frmZoom.h"
 #include "hdr/engine/hdr_error.h"
 #include "raster/raster_image.h"
 
@@ -74,10 +75,7 @@ STDMETHODIMP CVrxHDR::get_Exposure(float* value) {
 }
 
 STDMETHODIMP CVrxHDR::put_Exposure(float value) {
-    return run([&] {
-        picture_.setExposure(value);
-        loader_.parameterChanged();
-    });
+    return run([&] { setExposure(value); });
 }
 
 STDMETHODIMP CVrxHDR::get_AutoExposition(VARIANT_BOOL* value) {
@@ -133,7 +131,15 @@ STDMETHODIMP CVrxHDR::Get_HDR(VARIANT* r_arHDR) {
 
 STDMETHODIMP CVrxHDR::Load(BSTR, BSTR* value) { return refuse(value); }
 
-STDMETHODIMP CVrxHDR::See(BSTR, float, float) { return refuse(); }
+STDMETHODIMP CVrxHDR::See(BSTR v_strFileName, float v_Exposure, float v_Gamma) {
+    return run([&] {
+        recordErrors(kClassName, [&] {
+            setExposure(v_Exposure);
+            picture_.setGamma(v_Gamma);
+            see(toText(v_strFileName));
+        });
+    });
+}
 
 STDMETHODIMP CVrxHDR::Save(BSTR) { return refuse(); }
 
@@ -194,6 +200,10 @@ STDMETHODIMP CVrxHDR::Init() {
     return run([&] { loader_.init(); });
 }
 
+STDMETHODIMP CVrxHDR::setFileName(BSTR name) {
+    return run([&] { loader_.setFileName(toText(name)); });
+}
+
 Bytes CVrxHDR::readFile(const std::u16string& name) { return readFileAndZero(name); }
 
 void CVrxHDR::headerLoaded(std::int32_t dimX, std::int32_t dimY) {
@@ -225,6 +235,19 @@ void CVrxHDR::yield() {
 /// A host that has given back its last reference wants nothing more of a load.
 void CVrxHDR::endIfAbandoned() {
     if (isAbandoned()) loader_.init();
+}
+
+void CVrxHDR::setExposure(float exposure) {
+    picture_.setExposure(exposure);
+    loader_.parameterChanged();
+}
+
+void CVrxHDR::see(const std::u16string& fileName) {
+    frmZoom window;
+    window.setObjHDR(ComPtr<_CVrxHDR>(this));
+    window.See_HDR(fileName);
+    window.showModal();
+    window.unload();
 }
 
 void CVrxHDR::takePixels(const VARIANT& pixels) {

@@ -8,11 +8,12 @@
 #include "com/object_base.h"
 #include "hdr/engine/hdr_loader.h"
 #include "hdr/engine/hdr_picture.h"
+#include "hdr/hdr_friend.h"
 #include "raster/drawing_surface.h"
 
 namespace vrx {
 
-class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource>, private LoadHost {
+class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource, HdrFriend>, private LoadHost {
   public:
     CVrxHDR();
 
@@ -47,6 +48,8 @@ class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource>, private LoadHost
     STDMETHODIMP Cls() override;
     STDMETHODIMP Init() override;
 
+    STDMETHODIMP setFileName(BSTR name) override;
+
   private:
     ~CVrxHDR() override = default;
 
@@ -58,6 +61,8 @@ class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource>, private LoadHost
     void yield() override;
     void endIfAbandoned();
 
+    void setExposure(float exposure);
+    void see(const std::u16string& fileName);
     void takePixels(const VARIANT& pixels);
     [[nodiscard]] Variant copyOfPixels() const;
     void convertToBmp(const std::u16string& path, float exposure, float gamma);

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <span>
 #include <utility>
 
@@ -23,7 +24,8 @@ class Bytes {
     explicit Bytes(std::uint64_t size) {
         if (size > kMaxByteCount) throw platformError(Platform::OutOfMemory);
         size_ = static_cast<std::size_t>(size);
-        data_ = std::make_unique_for_overwrite<std::uint8_t[]>(size_);
+        data_.reset(new (std::nothrow) std::uint8_t[size_]);
+        if (!data_) throw platformError(Platform::OutOfMemory);
     }
 
     [[nodiscard]] std::uint8_t* data() { return data_.get(); }
@@ -74,6 +76,8 @@ class ZeroedBytes {
     [[nodiscard]] std::size_t size() const { return size_; }
 
   private:
+    static constexpr std::uint64_t kMaxKept = 64 << 20;
+
     struct Free {
         void operator()(std::uint8_t* block) const { std::free(block); }
     };

@@ -41,6 +41,8 @@ const char16_t* platformText(Platform number) {
             return u"Path not found";
         case Platform::ObjectNotSet:
             return u"Object variable not set";
+        case Platform::InvalidUseOfNull:
+            return u"Invalid use of Null";
         case Platform::ActionNotSupported:
             return u"Object doesn't support this action";
         case Platform::InvalidPicture:

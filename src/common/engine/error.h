@@ -35,6 +35,7 @@ enum class Platform : std::int32_t {
     PathFileAccess = 75,
     PathNotFound = 76,
     ObjectNotSet = 91,
+    InvalidUseOfNull = 94,
     ActionNotSupported = 445,
     InvalidPicture = 481,
 };

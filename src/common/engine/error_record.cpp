@@ -12,7 +12,7 @@ void ErrorRecord::Record_Error(const Error& current, std::int32_t number, std::u
                                std::u16string_view description) {
     if (recorded_) return;
     error_.number = number != 0 ? number : current.number;
-    error_.source = source.empty() ? current.source : std::u16string(source);
+    if (error_.source.empty()) error_.source = source.empty() ? current.source : std::u16string(source);
     error_.description = description.empty() ? current.description : std::u16string(description);
     recorded_ = true;
 }

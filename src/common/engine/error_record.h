@@ -15,7 +15,7 @@ class ErrorRecord {
     /// Empties the record, unless a recorded error is travelling outward.
     void Clear_Error();
     /// Records an error, unless one is travelling already. A number other than 0 and texts that are not empty
-    /// stand in place of the error's own.
+    /// stand in place of the error's own. A source that is stored already stays.
     void Record_Error(const Error& current, std::int32_t number = 0, std::u16string_view source = {},
                       std::u16string_view description = {});
     /// Throws the recorded error; the record is then free for the next one.

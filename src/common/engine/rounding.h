@@ -24,4 +24,11 @@ namespace vrx {
     return static_cast<std::int32_t>(rounded);
 }
 
+/// The same as a 16-bit integer.
+[[nodiscard]] inline std::int16_t toInt16(double value) {
+    const double rounded = roundHalfEven(value);
+    if (!(rounded >= -32768.0 && rounded <= 32767.0)) throw platformError(Platform::Overflow);
+    return static_cast<std::int16_t>(rounded);
+}
+
 }  // namespace vrx

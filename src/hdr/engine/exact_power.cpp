@@ -98,10 +98,11 @@ double exponential(Wide x) {
 double exactPower(double base, double exponent) {
     if (exponent == 0.0 || base == 1.0) return 1.0;
     if (exponent == 1.0) return base;
-    const Wide x = logarithm(base) * Wide{exponent, 0.0};
-    if (x.high > 710.0) return std::numeric_limits<double>::infinity();
-    if (x.high < -746.0) return 0.0;
-    return exponential(x);
+    const Wide ln = logarithm(base);
+    const double estimate = ln.high * exponent;
+    if (estimate > 710.0) return std::numeric_limits<double>::infinity();
+    if (estimate < -746.0) return 0.0;
+    return exponential(ln * Wide{exponent, 0.0});
 }
 
 }  // namespace vrx

@@ -151,6 +151,7 @@ void encodeRgbe(const RgbeStore& store, std::int32_t dimX, std::int32_t dimY, By
     if (dimY > 0 && (dimX > kMaxWidth || store.dimX() != dimX || store.dimY() != dimY)) throw fileError();
     const std::string header = headerOf(dimX, dimY);
     sink.write({reinterpret_cast<const std::uint8_t*>(header.data()), header.size()});
+    if (dimY == 0) return;
 
     const auto scanlineBound = static_cast<std::size_t>(
         kScanlineHeaderSize + kRgbeComponents * runLengthBound(static_cast<std::uint64_t>(dimX)));

@@ -74,8 +74,8 @@ bool fillFromFactors(const Factors& factors, double exponentFactor, std::uint8_t
         const double below = v * (1.0 - kGuard);
         const double above = v * (1.0 + kGuard);
         const std::uint64_t byte = byteBits(below);
-        const auto single = static_cast<float>(std::min(below * (1.0 / 255.0), kMaxSingle));
-        const auto singleAbove = static_cast<float>(std::min(above * (1.0 / 255.0), kMaxSingle));
+        const auto single = static_cast<float>(std::min(below / 255.0, kMaxSingle));
+        const auto singleAbove = static_cast<float>(std::min(above / 255.0, kMaxSingle));
         doubt |= byte ^ byteBits(above);
         doubt |= std::bit_cast<std::uint32_t>(single) ^ std::bit_cast<std::uint32_t>(singleAbove);
         bytes[m] = static_cast<std::uint8_t>(byte);
