@@ -1,11 +1,16 @@
 #include "raster/CVrxImage.h"
 
 #include "common/engine/error_record.h"
+#include "common/engine/rounding.h"
+#include "dialogs/frmZoom.h"
 
 namespace vrx {
 namespace {
 
 const ClassIdentity kIdentity = {RasterImage::kClassName, CLSID_CVrxImage, IID__CVrxImage};
+
+// In place of the first coordinate of the source rectangle: no rectangle is given.
+constexpr float kNoRectangle = -1.0F;
 
 }  // namespace
 
@@ -29,12 +34,29 @@ STDMETHODIMP CVrxImage::get_DimY(long* value) {
 
 STDMETHODIMP CVrxImage::Load(BSTR, BSTR* value) { return refuse(value); }
 
-STDMETHODIMP CVrxImage::Get_Picture(float, long, float, long, float, long, float, long,
-                                    IPictureDisp** value) {
-    return refuse(value);
+STDMETHODIMP CVrxImage::Get_Picture(float srcPX, long srcPY, float srcDX, long srcDY, float destPX,
+                                    long destPY, float destDX, long destDY, IPictureDisp** value) {
+    return answer(value, [&] {
+        if (srcPX == kNoRectangle) return image_.picture(nullptr, {});
+        try {
+            const PixelRect source{toInt32(srcPX), srcPY, toInt32(srcDX), srcDY};
+            return image_.picture(&source, {toInt32(destPX), destPY, toInt32(destDX), destDY});
+        } catch (const Error&) {
+            return image_.lastPicture();
+        }
+    });
 }
 
-STDMETHODIMP CVrxImage::See(BSTR) { return refuse(); }
+STDMETHODIMP CVrxImage::See(BSTR strFileName) {
+    return run([&] {
+        recordErrors(RasterImage::kClassName, [&] {
+            frmZoom window;
+            window.See_Image(toText(strFileName));
+            window.showModal();
+            window.unload();
+        });
+    });
+}
 
 STDMETHODIMP CVrxImage::Set_BMP(SAFEARRAY** r_arBMP, BmpInfo* r_BmpInfo) {
     if (!r_arBMP || !r_BmpInfo) return E_POINTER;
@@ -59,7 +81,12 @@ STDMETHODIMP CVrxImage::Cls() {
 
 STDMETHODIMP CVrxImage::Save(BSTR) { return refuse(); }
 
-STDMETHODIMP CVrxImage::Convert_BMP_to_JPG(BSTR, long, BSTR) { return refuse(); }
+STDMETHODIMP CVrxImage::Convert_BMP_to_JPG(BSTR strOutPutFile, long lQuality, BSTR strInputFile) {
+    return run([&] {
+        recordErrors(RasterImage::kClassName,
+                     [&] { image_.convertToJpg(toText(strOutPutFile), lQuality, toText(strInputFile)); });
+    });
+}
 
 STDMETHODIMP CVrxImage::Save_BMP(BSTR* strOutPutFile, BSTR* value) {
     return answer(value, [&] {
@@ -71,6 +98,8 @@ STDMETHODIMP CVrxImage::Save_BMP(BSTR* strOutPutFile, BSTR* value) {
     });
 }
 
-STDMETHODIMP CVrxImage::Load_BMP(BSTR) { return refuse(); }
+STDMETHODIMP CVrxImage::Load_BMP(BSTR strFileName) {
+    return run([&] { recordErrors(RasterImage::kClassName, [&] { image_.load(toText(strFileName)); }); });
+}
 
 }  // namespace vrx

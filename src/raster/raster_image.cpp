@@ -5,10 +5,14 @@
 
 #include "com/module.h"
 #include "com/variant_convert.h"
+#include "common/clipboard.h"
 #include "common/engine/error.h"
 #include "common/engine/rounding.h"
 #include "common/file_io.h"
+#include "raster/cDIBSection.h"
 #include "raster/engine/bmp_file.h"
+#include "raster/mIntelJPEGLibrary.h"
+#include "raster/picture_file.h"
 
 namespace vrx {
 namespace {
@@ -48,6 +52,14 @@ struct DrawableInfo {
     [[nodiscard]] const BITMAPINFO& get() const { return *reinterpret_cast<const BITMAPINFO*>(&record); }
 };
 
+BmpInfo infoOf(const Bitmap24& bitmap) {
+    BmpInfo info{};
+    const BITMAPINFOHEADER header =
+        header24(static_cast<std::int32_t>(bitmap.width()), static_cast<std::int32_t>(bitmap.height()));
+    std::memcpy(&info, &header, sizeof header);
+    return info;
+}
+
 std::u16string libraryFolder() {
     const std::wstring path = modulePath();
     return {path.begin(), path.begin() + static_cast<std::ptrdiff_t>(path.find_last_of(L'\\') + 1)};
@@ -69,12 +81,14 @@ void RasterImage::set(std::span<const std::uint8_t> bits, const BmpInfo& info) {
     dimY_ = static_cast<float>(info.biHeight);
 }
 
-void RasterImage::set(const Bitmap24& bitmap) {
-    BmpInfo info{};
-    const BITMAPINFOHEADER header =
-        header24(static_cast<std::int32_t>(bitmap.width()), static_cast<std::int32_t>(bitmap.height()));
-    std::memcpy(&info, &header, sizeof header);
-    set({bitmap.data(), bitmap.size()}, info);
+void RasterImage::set(const Bitmap24& bitmap) { set({bitmap.data(), bitmap.size()}, infoOf(bitmap)); }
+
+void RasterImage::load(const std::u16string& path) {
+    const Bitmap24 bitmap = readPixels(*loadPicture(path));
+    std::vector<std::uint8_t> bits(bitmap.size() + 1);
+    std::memcpy(bits.data(), bitmap.data(), bitmap.size());
+    bits_ = std::move(bits);
+    info_ = infoOf(bitmap);
 }
 
 void RasterImage::clear() {
@@ -94,6 +108,31 @@ void RasterImage::render() {
     surface_.resize(width, height);
     const PixelRect whole{0, 0, width, height};
     surface_.stretch(whole, whole, info.get(), bits_.data());
+}
+
+ComPtr<IPictureDisp> RasterImage::picture(const PixelRect* source, const PixelRect& target) {
+    try {
+        renderPart(source, target);
+    } catch (const Error&) {
+        // What the surface shows is the answer all the same.
+    }
+    return lastPicture();
+}
+
+void RasterImage::renderPart(const PixelRect* source, const PixelRect& target) {
+    const std::int32_t width = dimX();
+    const std::int32_t height = dimY();
+    BITMAPINFO info{};
+    info.bmiHeader = header24(width, height);
+    // The source of the whole image begins one row below it: hosts know the picture so.
+    const PixelRect whole{0, 0, width, height};
+    const PixelRect lowered{0, -1, width, height};
+    const PixelRect& drawn = source ? target : whole;
+    surface_.resize(drawn.width, drawn.height);
+    if (width <= 0 || height <= 0 ||
+        strideOf(static_cast<std::uint32_t>(width)) * static_cast<std::uint32_t>(height) > bits_.size())
+        return;
+    surface_.stretch(drawn, source ? *source : lowered, info, bits_.data());
 }
 
 void RasterImage::writeSurface(const std::u16string& path) const {
@@ -118,6 +157,17 @@ std::u16string RasterImage::saveBmp(const std::u16string& path) {
         writeSurface(users);
         return users;
     }
+}
+
+void RasterImage::convertToJpg(const std::u16string& output, std::int32_t quality,
+                               const std::u16string& input) {
+    clearClipboard();
+    const std::u16string source = input.empty() ? saveBmp({}) : input;
+    cDIBSection section;
+    section.CreateFromPicture(loadPicture(source).as<IPictureDisp>().get());
+    if (SaveJPG(section, output, quality)) return;
+    throw Error{123, kClassName,
+                u"Failed to save the picture: '" + source + u"'\r\nTo the file: '" + output + u"'"};
 }
 
 }  // namespace vrx

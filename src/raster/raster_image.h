@@ -20,6 +20,9 @@ class RasterImage {
     /// Takes copies. The sizes become the record's width and height, as Singles.
     void set(std::span<const std::uint8_t> bits, const BmpInfo& info);
     void set(const Bitmap24& bitmap);
+    /// Reads a picture file of any format that the platform knows as 24-bit bits, followed by one zero byte,
+    /// and their record. The sizes stay as they are: hosts take them over with set().
+    void load(const std::u16string& path);
     /// Forgets the bits and the sizes; the record stays.
     void clear();
 
@@ -28,13 +31,24 @@ class RasterImage {
     [[nodiscard]] std::int32_t dimX() const;
     [[nodiscard]] std::int32_t dimY() const;
 
+    /// The image as a picture. A rectangle of it is stretched into the target of a picture of the target's
+    /// size; where none is given, the whole is drawn in its own size. What fails is passed over: the picture
+    /// is then the last one.
+    [[nodiscard]] ComPtr<IPictureDisp> picture(const PixelRect* source, const PixelRect& target);
+    [[nodiscard]] ComPtr<IPictureDisp> lastPicture() { return surface_.picture(); }
+
     /// Draws the image and writes it as a 24-bit BMP file; the path written. An empty path means
     /// ImageTemp.bmp in the library's own folder or, where that takes no files, in the user's temporary
     /// folder. Error 481 for an image without pixels, or with bits that are no bitmap of the record's kind.
     std::u16string saveBmp(const std::u16string& path);
 
+    /// Writes a picture file as JPEG with a quality of 1 to 100; without an input file the image itself, by
+    /// way of its temporary BMP file. Error 123 where the codec cannot write, after it has told the user.
+    void convertToJpg(const std::u16string& output, std::int32_t quality, const std::u16string& input);
+
   private:
     void render();
+    void renderPart(const PixelRect* source, const PixelRect& target);
     void writeSurface(const std::u16string& path) const;
 
     std::vector<std::uint8_t> bits_;

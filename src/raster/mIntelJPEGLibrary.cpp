@@ -1,0 +1,129 @@
+#include "raster/mIntelJPEGLibrary.h"
+
+#include <windows.h>
+
+#include <array>
+#include <string_view>
+#include <vector>
+
+#include "com/module.h"
+#include "com/variant_convert.h"
+#include "common/engine/error.h"
+#include "common/message_box.h"
+#include "common/win_resource.h"
+#include "raster/cDIBSection.h"
+#include "raster/engine/jpeg_core_properties.h"
+
+namespace vrx {
+namespace {
+
+constexpr wchar_t kLibraryName[] = L"ijl10.dll";
+constexpr std::int32_t kOk = 0;
+constexpr std::int32_t kNoEntryPoint = 453;
+
+std::wstring ownFolder() {
+    const std::wstring path = modulePath();
+    return path.substr(0, path.find_last_of(L'\\'));
+}
+
+std::wstring systemFolder() {
+    std::wstring folder(MAX_PATH, L'\0');
+    folder.resize(GetSystemDirectoryW(folder.data(), MAX_PATH));
+    return folder;
+}
+
+/// Only full paths are tried, so that no other folder can slip a library in.
+Module loadLibrary() {
+    for (const std::wstring& folder : {ownFolder(), systemFolder()}) {
+        const std::wstring path = folder + L'\\' + kLibraryName;
+        Module library(LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+        if (library) return library;
+    }
+    Error missing = platformError(Platform::FileNotFound);
+    missing.description += u": ijl10.dll";
+    throw missing;
+}
+
+/// The functions of the codec library, which stays loaded as long as this exists.
+class CodecLibrary {
+  public:
+    CodecLibrary() : library_(loadLibrary()) {
+        find(init, "ijlInit");
+        find(free, "ijlFree");
+        find(read, "ijlRead");
+        find(write, "ijlWrite");
+        find(getLibVersion, "ijlGetLibVersion");
+        find(getErrorString, "ijlGetErrorString");
+    }
+
+    std::int32_t(WINAPI* init)(JpegCoreProperties* record);
+    std::int32_t(WINAPI* free)(JpegCoreProperties* record);
+    std::int32_t(WINAPI* read)(JpegCoreProperties* record, JpegRequest request);
+    std::int32_t(WINAPI* write)(JpegCoreProperties* record, JpegRequest request);
+    const void*(WINAPI* getLibVersion)();
+    const char*(WINAPI* getErrorString)(std::int32_t code);
+
+  private:
+    template <class Function>
+    void find(Function& function, std::string_view name) {
+        function =
+            reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library_.get(), name.data())));
+        if (function) return;
+        throw Error{
+            kNoEntryPoint,
+            {},
+            u"Can't find DLL entry point " + std::u16string(name.begin(), name.end()) + u" in ijl10.dll"};
+    }
+
+    Module library_;
+};
+
+/// In the system's 8-bit code page, which replaces what it does not have; with a zero behind.
+std::vector<char> ansiName(const std::u16string& name) {
+    const wchar_t* const wide = asWide(name.c_str());
+    const int length = static_cast<int>(name.size());
+    const int size = WideCharToMultiByte(CP_ACP, 0, wide, length, nullptr, 0, nullptr, nullptr);
+    std::vector<char> bytes(static_cast<std::size_t>(size) + 1);
+    WideCharToMultiByte(CP_ACP, 0, wide, length, bytes.data(), size, nullptr, nullptr);
+    return bytes;
+}
+
+Address32 addressOf(const void* memory) { return reinterpret_cast<Address32>(memory); }
+
+void fill(JpegCoreProperties& record, const cDIBSection& dib, std::int32_t padding,
+          const std::vector<char>& fileName, std::int32_t quality) {
+    record.DIBBytes = addressOf(dib.DIBSectionBitsPtr());
+    record.DIBWidth = dib.Width();
+    record.DIBHeight = dib.Height();
+    record.DIBPadBytes = padding;
+    record.JPGFile = addressOf(fileName.data());
+    record.JPGWidth = dib.Width();
+    record.JPGHeight = dib.Height();
+    record.jquality = quality;
+}
+
+std::u16string decimal(std::int32_t number) {
+    const std::string text = std::to_string(number);
+    return {text.begin(), text.end()};
+}
+
+}  // namespace
+
+bool SaveJPG(const cDIBSection& dib, const std::u16string& fileName, std::int32_t quality) {
+    const CodecLibrary codec;
+    const std::int32_t padding = dib.BytesPerScanLine() - dib.Width() * 3;
+    const std::vector<char> name = ansiName(fileName);
+    JpegCoreProperties record{};
+    const std::int32_t ready = codec.init(&record);
+    if (ready != kOk) {
+        showMessage(u"Failed to initialise the IJL library: " + decimal(ready), MB_ICONEXCLAMATION);
+        return false;
+    }
+    fill(record, dib, padding, name, quality);
+    const bool written = codec.write(&record, JpegRequest::WriteWholeImageToFile) == kOk;
+    if (!written) showMessage(u"Failed to save to JPG", MB_ICONEXCLAMATION);
+    codec.free(&record);
+    return written;
+}
+
+}  // namespace vrx

@@ -1,0 +1,16 @@
+// Writing JPEG files through the codec library ijl10.dll.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace vrx {
+
+class cDIBSection;
+
+/// Writes what the section holds. True when the file was written; otherwise the user has been told by a
+/// message. The library is looked for in the component's own folder, then in the system's: error 53 where it
+/// is in neither, 453 where it lacks an entry point. The codec knows qualities from 1 to 100.
+bool SaveJPG(const cDIBSection& dib, const std::u16string& fileName, std::int32_t quality);
+
+}  // namespace vrx
