@@ -1,25 +1,90 @@
 #include "effects/ImageFX.h"
 
+#include "effects/engine/fit_proportional.h"
+#include "effects/engine/grey.h"
+#include "effects/engine/smoothing.h"
+#include "effects/screen_scale.h"
+#include "raster/drawing_surface.h"
+#include "raster/picture_file.h"
+
 namespace vrx {
 namespace {
 
 const ClassIdentity kIdentity = {u"ImageFX", CLSID_ImageFX, IID__ImageFX};
 
+using Effect = void (*)(std::span<std::uint8_t>, std::int32_t, std::int32_t);
+
+/// Applies an effect to a host's own array. Its bytes count from the first element, whatever the lower bound.
+void applyTo(const VARIANT& buffer, Effect effect, std::int32_t dimX, std::int32_t dimY) {
+    const ByteArrayView array(buffer);
+    if (array.rank() > 1) throw platformError(Platform::TypeMismatch);
+    effect(array.bytes(), dimX, dimY);
+}
+
+/// A typed parameter by reference, for which compiled hosts may pass nothing.
+template <class T>
+T valueOf(const T* parameter, T byDefault) {
+    return parameter ? *parameter : byDefault;
+}
+
+HDC contextOf(long handle) { return reinterpret_cast<HDC>(static_cast<std::uintptr_t>(handle)); }
+
+FittedRectangle wholeOf(const Bitmap24& pixels) {
+    return {0, 0, static_cast<std::int32_t>(pixels.width()), static_cast<std::int32_t>(pixels.height())};
+}
+
+void draw(HDC context, const FittedRectangle& target, const Bitmap24& pixels) {
+    const FittedRectangle source = wholeOf(pixels);
+    BITMAPINFO info{};
+    info.bmiHeader = header24(source.width, source.height);
+    StretchDIBits(context, target.left, target.top, target.width, target.height, 0, 0, source.width,
+                  source.height, pixels.data(), &info, DIB_RGB_COLORS, SRCCOPY);
+}
+
 }  // namespace
 
 ImageFX::ImageFX() : ObjectBase(kIdentity) {}
 
-STDMETHODIMP ImageFX::ScaleX(float, short* value) { return refuse(value); }
+STDMETHODIMP ImageFX::ScaleX(float Width, short* value) {
+    return answer(value, [&] { return scaleX(Width); });
+}
 
-STDMETHODIMP ImageFX::ScaleY(float, short* value) { return refuse(value); }
+STDMETHODIMP ImageFX::ScaleY(float Height, short* value) {
+    return answer(value, [&] { return scaleY(Height); });
+}
 
-STDMETHODIMP ImageFX::Blur_Buffer(VARIANT*, long, long) { return refuse(); }
+STDMETHODIMP ImageFX::Blur_Buffer(VARIANT* Buffer, long DimX, long DimY) {
+    if (!Buffer) return E_POINTER;
+    return run([&] { applyTo(*Buffer, blur, DimX, DimY); });
+}
 
-STDMETHODIMP ImageFX::MedianCut_Buffer(VARIANT*, long, long) { return refuse(); }
+STDMETHODIMP ImageFX::MedianCut_Buffer(VARIANT* Buffer, long DimX, long DimY) {
+    if (!Buffer) return E_POINTER;
+    return run([&] { applyTo(*Buffer, medianCut, DimX, DimY); });
+}
 
-STDMETHODIMP ImageFX::ColorToBN(BSTR, long, long, VARIANT_BOOL*, unsigned char*, VARIANT_BOOL*, long*, long*,
-                                VARIANT_BOOL* value) {
-    return refuse(value);
+STDMETHODIMP ImageFX::ColorToBN(BSTR FileName, long PictureHDC, long, VARIANT_BOOL* TwoColor,
+                                unsigned char* Threshold, VARIANT_BOOL* HoldProportion, long* Width,
+                                long* Height, VARIANT_BOOL* value) {
+    const GreyStyle style{valueOf(TwoColor, VARIANT_FALSE) != VARIANT_FALSE,
+                          valueOf(Threshold, GreyStyle{}.threshold)};
+    const bool fitted = valueOf(HoldProportion, VARIANT_FALSE) != VARIANT_FALSE;
+    return answer(value, [&] {
+        try {
+            Bitmap24 pixels = readPixels(*loadPicture(toText(FileName)));
+            FittedRectangle target = wholeOf(pixels);
+            convertToGrey({pixels.data(), pixels.size()}, target.width, target.height, style);
+            SetStretchBltMode(contextOf(PictureHDC), COLORONCOLOR);
+            if (fitted) {
+                target =
+                    fitProportional(valueOf(Width, 0L), valueOf(Height, 0L), target.width, target.height);
+            }
+            draw(contextOf(PictureHDC), target, pixels);
+        } catch (...) {
+            // Hosts see a failure only in that nothing is drawn.
+        }
+        return false;
+    });
 }
 
 }  // namespace vrx
