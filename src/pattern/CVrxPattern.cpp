@@ -1,5 +1,9 @@
 #include "pattern/CVrxPattern.h"
 
+#include <vector>
+
+#include "pattern/engine/pattern_expansion.h"
+
 namespace vrx {
 namespace {
 
@@ -19,6 +23,12 @@ STDMETHODIMP CVrxPattern::put_REGKEY(BSTR value) {
 
 STDMETHODIMP CVrxPattern::Load(BSTR*) { return refuse(); }
 
-STDMETHODIMP CVrxPattern::Get_PatternFromString(BSTR, long, VARIANT*) { return refuse(); }
+STDMETHODIMP CVrxPattern::Get_PatternFromString(BSTR strPattern, long NumItem, VARIANT* arPattern) {
+    if (!arPattern) return E_POINTER;
+    return run([&] {
+        const std::vector<std::int32_t> colors = vrx::Get_PatternFromString(toText(strPattern), NumItem);
+        putVariant(*arPattern, makeArray(makeVariantArray(colors, static_cast<std::size_t>(NumItem) + 1)));
+    });
+}
 
 }  // namespace vrx

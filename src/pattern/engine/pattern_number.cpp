@@ -1,0 +1,132 @@
+#include "pattern/engine/pattern_number.h"
+
+#include <algorithm>
+#include <string>
+
+#include "common/engine/rounding.h"
+
+namespace vrx {
+namespace {
+
+// Stands for everything that is as large or larger: far beyond 32 bits, far beyond the length of any text,
+// and exact as a double.
+constexpr std::int64_t kHuge = std::int64_t{1} << 40;
+
+/// What can be read at the beginning of a text.
+struct Prefix {
+    std::size_t length;  ///< in characters; 0 when there is nothing
+    std::int64_t value;
+};
+
+char16_t charAt(std::u16string_view text, std::size_t index) {
+    return index < text.size() ? text[index] : u'\0';
+}
+
+bool isSign(char16_t c) { return c == u'+' || c == u'-'; }
+
+/// The value of a digit; 16 for any other character.
+int digitValue(char16_t c) {
+    if (c >= u'0' && c <= u'9') return c - u'0';
+    if (c >= u'A' && c <= u'F') return c - u'A' + 10;
+    if (c >= u'a' && c <= u'f') return c - u'a' + 10;
+    return 16;
+}
+
+std::int64_t appendDigit(std::int64_t number, int base, int digit) {
+    return std::min(number * base + digit, kHuge);
+}
+
+Prefix readDigits(std::u16string_view text, int base) {
+    Prefix read{0, 0};
+    for (; digitValue(charAt(text, read.length)) < base; ++read.length) {
+        read.value = appendDigit(read.value, base, digitValue(text[read.length]));
+    }
+    return read;
+}
+
+/// Digits behind the two characters of a prefix.
+Prefix readPrefixed(std::u16string_view text, int base) {
+    const Prefix digits = readDigits(text.substr(2), base);
+    return digits.length > 0 ? Prefix{digits.length + 2, digits.value} : Prefix{};
+}
+
+/// An exponent without digits is none: the number ends before it.
+Prefix readExponent(std::u16string_view text) {
+    if (std::u16string_view(u"eEdD").find(charAt(text, 0)) == std::u16string_view::npos) return {};
+    const std::size_t start = isSign(charAt(text, 1)) ? 2 : 1;
+    const Prefix digits = readDigits(text.substr(std::min(start, text.size())), 10);
+    if (digits.length == 0) return {};
+    return {start + digits.length, text[1] == u'-' ? -digits.value : digits.value};
+}
+
+/// whole.fraction x 10^exponent from its decimal digits, to nearest, halves to even.
+std::int64_t roundDecimal(std::u16string_view whole, std::u16string_view fraction, std::int64_t exponent) {
+    const std::int64_t integerDigits = static_cast<std::int64_t>(whole.size()) + exponent;
+    const std::size_t count = whole.size() + fraction.size();
+    std::int64_t integer = 0;
+    int tenths = 0;
+    bool rest = false;
+    for (std::size_t i = 0; i < count; ++i) {
+        const int digit = digitValue(i < whole.size() ? whole[i] : fraction[i - whole.size()]);
+        const auto place = static_cast<std::int64_t>(i);
+        if (place < integerDigits) {
+            integer = appendDigit(integer, 10, digit);
+        } else if (place == integerDigits) {
+            tenths = digit;
+        } else {
+            rest = rest || digit != 0;
+        }
+    }
+    std::int64_t zeros = integerDigits - static_cast<std::int64_t>(count);
+    for (; zeros > 0 && integer > 0 && integer < kHuge; --zeros) integer *= 10;
+    const bool up = tenths > 5 || (tenths == 5 && (rest || integer % 2 != 0));
+    return std::min(integer + (up ? 1 : 0), kHuge);
+}
+
+Prefix readDecimal(std::u16string_view text) {
+    const std::size_t start = isSign(charAt(text, 0)) ? 1 : 0;
+    const std::u16string_view whole = text.substr(start, readDigits(text.substr(start), 10).length);
+    std::size_t length = start + whole.size();
+    std::u16string_view fraction;
+    if (charAt(text, length) == u'.') {
+        ++length;
+        fraction = text.substr(length, readDigits(text.substr(length), 10).length);
+        length += fraction.size();
+    }
+    if (whole.empty() && fraction.empty()) return {};
+    const Prefix exponent = readExponent(text.substr(length));
+    const std::int64_t value = roundDecimal(whole, fraction, exponent.value);
+    return {length + exponent.length, text[0] == u'-' ? -value : value};
+}
+
+Prefix readPrefix(std::u16string_view text) {
+    if (charAt(text, 0) != u'&') return readDecimal(text);
+    const char16_t letter = charAt(text, 1);
+    if (letter == u'H' || letter == u'h') return readPrefixed(text, 16);
+    if (letter == u'O' || letter == u'o') return readPrefixed(text, 8);
+    return {};
+}
+
+}  // namespace
+
+std::u16string_view trimBlanks(std::u16string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(u' '), text.size()));
+    text.remove_suffix(text.size() - (text.find_last_not_of(u' ') + 1));
+    return text;
+}
+
+bool isNumber(std::u16string_view text) {
+    const std::u16string_view trimmed = trimBlanks(text);
+    return !trimmed.empty() && readPrefix(trimmed).length == trimmed.size();
+}
+
+std::int32_t readNumber(std::u16string_view text) {
+    if (text.find(u' ') == std::u16string_view::npos) {
+        return toInt32(static_cast<double>(readPrefix(text).value));
+    }
+    std::u16string packed(text);
+    std::erase(packed, u' ');
+    return toInt32(static_cast<double>(readPrefix(packed).value));
+}
+
+}  // namespace vrx
