@@ -3,6 +3,7 @@
 
 #include "VrxCommon.h"
 #include "com/object_base.h"
+#include "common/frmMessage.h"
 
 namespace vrx {
 
@@ -23,6 +24,8 @@ class CVrxFun final : public ObjectBase<_CVrxFun> {
 
   private:
     ~CVrxFun() override = default;
+
+    frmMessage message_;
 };
 
 }  // namespace vrx

@@ -9,16 +9,12 @@
 
 #include "com/fp_scope.h"
 #include "com/variant_convert.h"
+#include "common/host_program.h"
 
 namespace vrx {
 namespace {
 
 std::u16string toText16(const std::wstring& text) { return {text.begin(), text.end()}; }
-
-std::wstring hostPath() {
-    std::array<wchar_t, 32768> path{};
-    return {path.data(), GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()))};
-}
 
 std::wstring baseName(const std::wstring& path) {
     const std::wstring name = path.substr(path.find_last_of(L"\\/") + 1);
@@ -74,7 +70,7 @@ bool windowsAreVisible() {
 }  // namespace
 
 std::u16string hostTitle() {
-    const std::wstring path = hostPath();
+    const std::wstring path = toWide(hostPath());
     const std::wstring title = versionTitle(path);
     return toText16(title.empty() ? baseName(path) : title);
 }

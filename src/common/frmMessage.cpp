@@ -1,0 +1,256 @@
+#include "common/frmMessage.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "com/module.h"
+#include "com/variant_convert.h"
+#include "common/message_loop.h"
+#include "common/win32_error.h"
+#include "common/win_resource.h"
+
+namespace vrx {
+namespace {
+
+constexpr wchar_t kClassName[] = L"VrxCommon.frmMessage";
+constexpr int kMargin = 12;
+
+// Posted to the window when another thread has changed the messages.
+constexpr UINT kMessagesChanged = WM_APP;
+
+struct Handles {
+    HWND form;
+    HWND label;
+    HFONT font;
+};
+
+LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wide, LPARAM longer);
+
+class WindowClass {
+  public:
+    WindowClass() {
+        WNDCLASSEXW description{};
+        description.cbSize = sizeof description;
+        description.style = CS_HREDRAW | CS_VREDRAW;
+        description.lpfnWndProc = procedure;
+        description.hInstance = moduleInstance();
+        description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+        description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+        description.lpszClassName = kClassName;
+        // A window that ended with its thread has left the class behind.
+        if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
+            throw win32Error(GetLastError());
+        }
+    }
+    WindowClass(const WindowClass&) = delete;
+    WindowClass& operator=(const WindowClass&) = delete;
+    /// Leaves the class to a window that still needs it.
+    ~WindowClass() { UnregisterClassW(kClassName, moduleInstance()); }
+};
+
+/// COM takes the library out of memory without asking when a program is done with COM; a window that is
+/// still there needs its procedure.
+Module holdModule() {
+    Module module;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCWSTR>(&procedure),
+                       module.put());
+    return module;
+}
+
+Font messageFont() {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    return Font(CreateFontIndirectW(&metrics.lfMessageFont));
+}
+
+/// The window, destroyed on the thread that made it.
+class MessageWindow {
+  public:
+    MessageWindow() : module_(holdModule()), font_(messageFont()) {
+        form_ = CreateWindowExW(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, kClassName, L"", WS_POPUP | WS_BORDER, 0,
+                                0, 0, 0, nullptr, nullptr, moduleInstance(), nullptr);
+        if (!form_) throw win32Error(GetLastError());
+        label_ = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | SS_LEFTNOWORDWRAP | SS_NOPREFIX,
+                                 0, 0, 0, 0, form_, nullptr, moduleInstance(), nullptr);
+        SendMessageW(label_, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
+    }
+    MessageWindow(const MessageWindow&) = delete;
+    MessageWindow& operator=(const MessageWindow&) = delete;
+    ~MessageWindow() {
+        if (isAlive()) DestroyWindow(form_);
+    }
+
+    [[nodiscard]] Handles handles() const { return {form_, label_, font_.get()}; }
+    /// False when the window has ended with its thread.
+    [[nodiscard]] bool isAlive() const { return GetWindowThreadProcessId(form_, nullptr) == thread_; }
+    [[nodiscard]] bool isOfThisThread() const { return thread_ == GetCurrentThreadId(); }
+
+  private:
+    ModuleLock lock_;
+    Module module_;
+    Font font_;
+    WindowClass windowClass_;
+    DWORD thread_ = GetCurrentThreadId();
+    HWND form_ = nullptr;
+    HWND label_ = nullptr;
+};
+
+/// What all users share. Nothing that may run other code happens under the lock.
+struct SharedForm {
+    std::mutex guard;
+    std::vector<std::u16string> messages;
+    // Owned, but never destroyed with the module: windows are none of a module's business when a program
+    // ends.
+    MessageWindow* window = nullptr;
+    int users = 0;
+};
+
+SharedForm shared;
+
+std::optional<std::u16string> topMessage() {
+    const std::lock_guard lock(shared.guard);
+    if (shared.messages.empty()) return std::nullopt;
+    return shared.messages.back();
+}
+
+/// Width of the widest line and height of all lines, at least of one.
+SIZE extentOf(const std::wstring& text, HFONT font) {
+    const MemoryDc dc(CreateCompatibleDC(nullptr));
+    SelectObject(dc.get(), font);
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(dc.get(), &metrics);
+    RECT area{};
+    DrawTextW(dc.get(), text.c_str(), -1, &area, DT_CALCRECT | DT_NOPREFIX | DT_EXPANDTABS);
+    return {area.right, std::max(area.bottom, metrics.tmHeight)};
+}
+
+void display(const Handles& handles, const std::u16string& message) {
+    const std::wstring text = toWide(message);
+    const SIZE extent = extentOf(text, handles.font);
+    const int width = extent.cx + 2 * kMargin;
+    const int height = extent.cy + 2 * kMargin;
+    SetWindowTextW(handles.form, text.c_str());
+    SetWindowTextW(handles.label, text.c_str());
+    MoveWindow(handles.label, kMargin - GetSystemMetrics(SM_CXBORDER),
+               kMargin - GetSystemMetrics(SM_CYBORDER), extent.cx, extent.cy, TRUE);
+    SetWindowPos(handles.form, HWND_TOPMOST, (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
+                 (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width, height,
+                 SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    RedrawWindow(handles.form, nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+void conceal(const Handles& handles) {
+    SetWindowPos(handles.form, HWND_NOTOPMOST, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_HIDEWINDOW);
+}
+
+void refresh(const Handles& handles) {
+    if (const auto message = topMessage()) {
+        display(handles, *message);
+    } else {
+        conceal(handles);
+    }
+}
+
+/// For a change made by another thread; it has no one to fail to.
+void refreshQuietly(HWND form) noexcept {
+    try {
+        std::optional<Handles> handles;
+        {
+            const std::lock_guard lock(shared.guard);
+            if (shared.window && shared.window->handles().form == form) handles = shared.window->handles();
+        }
+        if (handles) refresh(*handles);
+    } catch (...) {
+        return;
+    }
+}
+
+LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wide, LPARAM longer) {
+    switch (message) {
+        case WM_CLOSE:
+            // Only hide() takes a message away.
+            return 0;
+        case kMessagesChanged:
+            refreshQuietly(window);
+            return 0;
+        default:
+            return DefWindowProcW(window, message, wide, longer);
+    }
+}
+
+/// Makes the window where there is none that lives.
+void ensureWindow() {
+    const auto lives = [] { return shared.window && shared.window->isAlive(); };
+    {
+        const std::lock_guard lock(shared.guard);
+        if (lives()) return;
+    }
+    auto made = std::make_unique<MessageWindow>();
+    const std::lock_guard lock(shared.guard);
+    if (!lives()) made.reset(std::exchange(shared.window, made.release()));
+}
+
+/// Brings the window in line with the messages; one of another thread as soon as that takes its messages.
+void update() {
+    ensureWindow();
+    Handles handles{};
+    bool own = false;
+    {
+        const std::lock_guard lock(shared.guard);
+        handles = shared.window->handles();
+        own = shared.window->isOfThisThread();
+    }
+    if (own) {
+        refresh(handles);
+    } else {
+        PostMessageW(handles.form, kMessagesChanged, 0, 0);
+    }
+    static_cast<void>(doEvents());
+}
+
+}  // namespace
+
+frmMessage::frmMessage() {
+    const std::lock_guard lock(shared.guard);
+    ++shared.users;
+}
+
+frmMessage::~frmMessage() {
+    std::unique_ptr<MessageWindow> leaving;
+    const std::lock_guard lock(shared.guard);
+    const bool last = --shared.users == 0 && shared.messages.empty() && shared.window;
+    if (last && (shared.window->isOfThisThread() || !shared.window->isAlive()))
+        leaving.reset(std::exchange(shared.window, nullptr));
+}
+
+void frmMessage::show(const std::u16string& message) {
+    ensureWindow();
+    {
+        const std::lock_guard lock(shared.guard);
+        shared.messages.push_back(message);
+    }
+    update();
+}
+
+bool frmMessage::hide() {
+    bool last = false;
+    {
+        const std::lock_guard lock(shared.guard);
+        if (shared.messages.empty()) return false;
+        shared.messages.pop_back();
+        last = shared.messages.empty();
+    }
+    update();
+    return last;
+}
+
+}  // namespace vrx
