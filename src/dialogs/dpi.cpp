@@ -1,0 +1,28 @@
+#include "dialogs/dpi.h"
+
+namespace vrx {
+namespace {
+
+using GetDpiForWindow = UINT(WINAPI*)(HWND);
+
+/// There since Windows 10.
+GetDpiForWindow findGetDpiForWindow() {
+    const FARPROC found = GetProcAddress(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow");
+    return reinterpret_cast<GetDpiForWindow>(reinterpret_cast<void*>(found));
+}
+
+}  // namespace
+
+int dpiOf(HWND window) {
+    if (const GetDpiForWindow ask = findGetDpiForWindow()) return static_cast<int>(ask(window));
+    return screenDpi().y;
+}
+
+ScreenDpi screenDpi() {
+    const HDC dc = GetDC(nullptr);
+    const ScreenDpi dpi{GetDeviceCaps(dc, LOGPIXELSX), GetDeviceCaps(dc, LOGPIXELSY)};
+    ReleaseDC(nullptr, dc);
+    return dpi;
+}
+
+}  // namespace vrx

@@ -1,0 +1,188 @@
+#include "dialogs/form.h"
+
+#include <utility>
+#include <vector>
+
+#include "com/fp_scope.h"
+#include "com/variant_convert.h"
+#include "common/engine/error.h"
+#include "dialogs/dpi.h"
+#include "dialogs/visual_styles.h"
+
+namespace vrx {
+
+/// Disables a form's owner while the form is shown modally, and gives the focus back afterwards.
+class Form::ModalLoop {
+  public:
+    explicit ModalLoop(Form& form) : form_(form), owner_(GetWindow(form.window_, GW_OWNER)) {
+        ownerWasEnabled_ = owner_ && !EnableWindow(owner_, FALSE);
+    }
+    ModalLoop(const ModalLoop&) = delete;
+    ModalLoop& operator=(const ModalLoop&) = delete;
+    ~ModalLoop() {
+        // The owner first: hiding the active window would otherwise activate another program's.
+        if (ownerWasEnabled_) EnableWindow(owner_, TRUE);
+        if (form_.window_) ShowWindow(form_.window_, SW_HIDE);
+        if (owner_) SetActiveWindow(owner_);
+    }
+
+    void run() {
+        MSG message;
+        while (form_.shown_ && form_.window_) {
+            const BOOL got = GetMessageW(&message, nullptr, 0, 0);
+            if (got <= 0) {
+                // The request to quit is for the host's own loop.
+                if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
+                return;
+            }
+            const HostFpScope host;
+            if (IsDialogMessageW(form_.window_, &message)) continue;
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+
+  private:
+    Form& form_;
+    HWND owner_;
+    bool ownerWasEnabled_ = false;
+};
+
+Form::~Form() {
+    if (!window_) return;
+    // A derived form is gone by now: nothing of it may be called any more.
+    SetWindowLongPtrW(window_, DWLP_USER, 0);
+    DestroyWindow(window_);
+}
+
+void Form::load(HWND owner) {
+    if (window_) return;
+    const VisualStyles styles;
+    const HWND window = CreateDialogParamW(moduleInstance(), MAKEINTRESOURCEW(templateId_), owner, procedure,
+                                           reinterpret_cast<LPARAM>(this));
+    rethrowFailure();
+    if (!window) throw platformError(Platform::OutOfMemory);
+}
+
+void Form::showModal() {
+    load(GetActiveWindow());
+    {
+        ModalLoop loop(*this);
+        shown_ = true;
+        ShowWindow(window_, SW_SHOW);
+        loop.run();
+        shown_ = false;
+    }
+    rethrowFailure();
+}
+
+void Form::show(HWND owner) {
+    load(owner);
+    shown_ = true;
+    ShowWindow(window_, SW_SHOW);
+}
+
+void Form::hide() {
+    shown_ = false;
+    // A modal loop may wait for a message, and hides the window itself when it ends.
+    if (window_) PostMessageW(window_, WM_NULL, 0, 0);
+}
+
+void Form::unload() {
+    if (!window_) return;
+    const HWND window = window_;
+    try {
+        onUnload();
+    } catch (...) {
+        DestroyWindow(window);
+        throw;
+    }
+    DestroyWindow(window);
+}
+
+void Form::forgetWindow() {
+    window_ = nullptr;
+    shown_ = false;
+}
+
+void Form::rethrowFailure() {
+    if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
+}
+
+INT_PTR CALLBACK Form::procedure(HWND window, UINT message, WPARAM wide, LPARAM longer) {
+    const FpScope floatingPoint;
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrW(window, DWLP_USER, longer);
+        reinterpret_cast<Form*>(longer)->window_ = window;
+    }
+    auto* form = reinterpret_cast<Form*>(GetWindowLongPtrW(window, DWLP_USER));
+    return form ? form->route(message, wide, longer) : FALSE;
+}
+
+INT_PTR Form::route(UINT message, WPARAM wide, LPARAM longer) noexcept {
+    const HWND window = window_;
+    try {
+        LRESULT answer = 0;
+        if (!dispatch(message, wide, longer, answer)) return FALSE;
+        if (message == WM_INITDIALOG || message == WM_CTLCOLORSTATIC || message == WM_CTLCOLORDLG)
+            return answer;
+        SetWindowLongPtrW(window, DWLP_MSGRESULT, answer);
+        return TRUE;
+    } catch (...) {
+        if (!failure_) failure_ = std::current_exception();
+        hide();
+        return TRUE;
+    }
+}
+
+bool Form::dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {
+    switch (message) {
+        case WM_INITDIALOG:
+            onLoad();
+            answer = TRUE;
+            return true;
+        case WM_NCDESTROY:
+            forgetWindow();
+            return false;
+        case WM_CLOSE:
+            onClose();
+            return true;
+        case WM_COMMAND:
+            if (LOWORD(wide) == IDCANCEL && !longer) {
+                onClose();
+                return true;
+            }
+            onCommand(LOWORD(wide), HIWORD(wide), reinterpret_cast<HWND>(longer));
+            return true;
+        case WM_NOTIFY:
+            return onNotify(*reinterpret_cast<const NMHDR*>(longer), answer);
+        case WM_HSCROLL:
+        case WM_VSCROLL:
+            onScroll(reinterpret_cast<HWND>(longer), LOWORD(wide));
+            return true;
+        case WM_TIMER:
+            onTimer(wide);
+            return true;
+        case WM_ACTIVATE:
+            onActivate(LOWORD(wide) != WA_INACTIVE);
+            return false;
+        case WM_SIZE:
+            onResize(LOWORD(longer), HIWORD(longer));
+            return false;
+        default:
+            return onMessage(message, wide, longer, answer);
+    }
+}
+
+std::u16string Form::text(int id) const {
+    const HWND window = control(id);
+    std::vector<wchar_t> buffer(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1);
+    const int length = GetWindowTextW(window, buffer.data(), static_cast<int>(buffer.size()));
+    return {buffer.begin(), buffer.begin() + length};
+}
+
+void Form::setText(int id, const std::u16string& text) { SetDlgItemTextW(window_, id, toWide(text).c_str()); }
+
+int Form::scaled(int pixels) const { return MulDiv(pixels, dpiOf(window_), kDesignDpi); }
+
+}  // namespace vrx

@@ -1,0 +1,82 @@
+// The base of every dialog: a window made from a dialog template, its messages as named virtuals, modal and
+// modeless. A form that fails in a message closes; the failure leaves showModal() for the method that opened
+// the form.
+#pragma once
+
+#include <windows.h>
+
+#include <exception>
+#include <string>
+
+#include "com/module.h"
+
+namespace vrx {
+
+class Form {
+  public:
+    explicit Form(int templateId) : templateId_(templateId) {}
+    Form(const Form&) = delete;
+    Form& operator=(const Form&) = delete;
+    virtual ~Form();
+
+    [[nodiscard]] HWND window() const { return window_; }
+    [[nodiscard]] bool isLoaded() const { return window_ != nullptr; }
+
+    /// Makes the window, hidden, and calls onLoad. Does nothing for a form that is loaded.
+    void load(HWND owner);
+    /// Loads and shows the form, and returns when it is hidden or closed. The owner, the thread's active
+    /// window, is disabled meanwhile. Throws what a message handler threw.
+    void showModal();
+    /// Loads and shows the form, and returns.
+    void show(HWND owner);
+    /// Hides the form, which ends showModal().
+    void hide();
+    /// Calls onUnload and destroys the window. Does nothing for a form that is not loaded.
+    void unload();
+
+  protected:
+    virtual void onLoad() {}
+    virtual void onUnload() {}
+    /// The frame's close button, Alt+F4 and Esc on a form without a cancel button.
+    virtual void onClose() { hide(); }
+    virtual void onCommand(int /*id*/, int /*notification*/, HWND /*control*/) {}
+    /// The answer to the control; false where the notification means nothing to the form.
+    virtual bool onNotify(const NMHDR& /*notification*/, LRESULT& /*answer*/) { return false; }
+    virtual void onScroll(HWND /*control*/, int /*code*/) {}
+    virtual void onTimer(UINT_PTR /*id*/) {}
+    virtual void onActivate(bool /*active*/) {}
+    virtual void onResize(int /*width*/, int /*height*/) {}
+    /// Everything else; false leaves the message to the system.
+    virtual bool onMessage(UINT /*message*/, WPARAM /*wide*/, LPARAM /*longer*/, LRESULT& /*answer*/) {
+        return false;
+    }
+
+    [[nodiscard]] HWND control(int id) const { return GetDlgItem(window_, id); }
+    [[nodiscard]] std::u16string text(int id) const;
+    void setText(int id, const std::u16string& text);
+    void enable(int id, bool enabled) { EnableWindow(control(id), enabled); }
+    [[nodiscard]] bool isChecked(int id) const { return IsDlgButtonChecked(window_, id) == BST_CHECKED; }
+    void setChecked(int id, bool checked) {
+        CheckDlgButton(window_, id, checked ? BST_CHECKED : BST_UNCHECKED);
+    }
+
+    /// Pixels for a length at 96 dots per inch, at the resolution that this window is drawn in.
+    [[nodiscard]] int scaled(int pixels) const;
+
+  private:
+    class ModalLoop;
+
+    static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wide, LPARAM longer);
+    [[nodiscard]] INT_PTR route(UINT message, WPARAM wide, LPARAM longer) noexcept;
+    [[nodiscard]] bool dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer);
+    void forgetWindow();
+    void rethrowFailure();
+
+    const int templateId_;
+    HWND window_ = nullptr;
+    bool shown_ = false;
+    std::exception_ptr failure_;
+    ModuleLock lock_;
+};
+
+}  // namespace vrx

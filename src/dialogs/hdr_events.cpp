@@ -1,0 +1,140 @@
+#include "dialogs/hdr_events.h"
+
+#include <atomic>
+#include <utility>
+
+#include "com/fp_scope.h"
+#include "com/variant_convert.h"
+#include "common/engine/error.h"
+#include "hdr/hdr_friend.h"
+
+namespace vrx {
+namespace {
+
+// Events by their dispatch ids.
+constexpr DISPID kOnRefresh = 1;
+constexpr DISPID kOnHeaderLoaded = 2;
+
+ComPtr<IPicture> pictureIn(const VARIANT& value) {
+    const Variant object = convert(value, VT_DISPATCH);
+    return ComPtr<IDispatch>(V_DISPATCH(&object.get())).as<IPicture>();
+}
+
+/// Throws the failure of a call together with the information that it left.
+void check(HRESULT result) {
+    if (SUCCEEDED(result)) return;
+    Error error{HRESULT_FACILITY(result) == FACILITY_CONTROL
+                    ? HRESULT_CODE(result)
+                    : static_cast<std::int32_t>(Platform::InternalError),
+                {},
+                {}};
+    ComPtr<IErrorInfo> info;
+    if (GetErrorInfo(0, info.put()) == S_OK) {
+        Bstr source;
+        Bstr description;
+        info->GetSource(source.put());
+        info->GetDescription(description.put());
+        error.source = toText(source.get());
+        error.description = toText(description.get());
+    }
+    throw error;
+}
+
+}  // namespace
+
+/// Lives as long as the object that holds it; forgets its listener when that is done.
+class HdrSink final : public IDispatch {
+  public:
+    explicit HdrSink(HdrListener& listener) : listener_(&listener) {}
+
+    void forget() { listener_ = nullptr; }
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+        if (!object) return E_POINTER;
+        const bool known = iid == IID_IUnknown || iid == IID_IDispatch || iid == DIID___CVrxHDR;
+        *object = known ? this : nullptr;
+        if (known) AddRef();
+        return known ? S_OK : E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+    STDMETHODIMP_(ULONG) Release() override {
+        const ULONG left = --references_;
+        if (left == 0) delete this;
+        return left;
+    }
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+        if (!count) return E_POINTER;
+        *count = 0;
+        return S_OK;
+    }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
+                        UINT*) override {
+        const FpScope floatingPoint;
+        const ComPtr<HdrSink> self(this);
+        try {
+            if (listener_ && arguments) receive(event, *arguments);
+            return S_OK;
+        } catch (...) {
+            return E_FAIL;
+        }
+    }
+
+  private:
+    ~HdrSink() = default;
+
+    /// Arguments stand in reverse order.
+    void receive(DISPID event, const DISPPARAMS& arguments) {
+        if (event == kOnHeaderLoaded && arguments.cArgs == 2) {
+            const Variant dimX = convert(arguments.rgvarg[1], VT_I4);
+            const Variant dimY = convert(arguments.rgvarg[0], VT_I4);
+            listener_->headerLoaded(V_I4(&dimX.get()), V_I4(&dimY.get()));
+        } else if (event == kOnRefresh && arguments.cArgs == 1) {
+            listener_->pictureRefreshed(pictureIn(arguments.rgvarg[0]));
+        }
+    }
+
+    HdrListener* listener_;
+    std::atomic<ULONG> references_ = 0;
+};
+
+HdrConnection::HdrConnection(HdrListener& listener) : listener_(listener) {}
+
+HdrConnection::~HdrConnection() { connect({}); }
+
+void HdrConnection::connect(ComPtr<_CVrxHDR> object) {
+    if (sink_) sink_->forget();
+    if (point_) point_->Unadvise(cookie_);
+    sink_ = {};
+    point_ = {};
+    object_ = {};
+    if (!object) return;
+    const auto container = object.as<IConnectionPointContainer>();
+    ComPtr<HdrSink> sink(new HdrSink(listener_));
+    if (!container || FAILED(container->FindConnectionPoint(DIID___CVrxHDR, point_.put())) ||
+        FAILED(point_->Advise(sink.get(), &cookie_))) {
+        point_ = {};
+        throw platformError(Platform::InvalidCall);
+    }
+    sink_ = std::move(sink);
+    object_ = std::move(object);
+}
+
+void HdrConnection::preview(const std::u16string& file) const {
+    if (!object_) throw platformError(Platform::ObjectNotSet);
+    const ComPtr<_CVrxHDR> object = object_;
+    const auto running = isLoading() ? object.as<IHdrFriend>() : ComPtr<IHdrFriend>();
+    check(running ? running->setFileName(toBstr(file).get()) : object->Get_Preview(toBstr(file).get()));
+}
+
+bool HdrConnection::isLoading() const {
+    VARIANT_BOOL loading = VARIANT_FALSE;
+    return object_ && SUCCEEDED(object_->get_HDRLoading(&loading)) && loading != VARIANT_FALSE;
+}
+
+void HdrConnection::endLoad() const {
+    if (isLoading()) object_->EndHDR();
+}
+
+}  // namespace vrx

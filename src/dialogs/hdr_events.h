@@ -1,0 +1,57 @@
+// The events of a CVrxHDR object for one of the library's own windows.
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+
+#include <cstdint>
+#include <string>
+
+#include "VrxCommon.h"
+#include "com/com_ptr.h"
+
+namespace vrx {
+
+/// What a window wants to know of a load.
+class HdrListener {
+  public:
+    virtual void headerLoaded(std::int32_t dimX, std::int32_t dimY) = 0;
+    virtual void pictureRefreshed(ComPtr<IPicture> picture) = 0;
+
+  protected:
+    ~HdrListener() = default;
+};
+
+class HdrSink;
+
+/// A window's object: holds it, and hands its events to the listener.
+class HdrConnection {
+  public:
+    explicit HdrConnection(HdrListener& listener);
+    HdrConnection(const HdrConnection&) = delete;
+    HdrConnection& operator=(const HdrConnection&) = delete;
+    ~HdrConnection();
+
+    /// Follows this object from now on, none for an empty one. Error 5 for an object without such events.
+    void connect(ComPtr<_CVrxHDR> object);
+    [[nodiscard]] const ComPtr<_CVrxHDR>& object() const { return object_; }
+    explicit operator bool() const { return static_cast<bool>(object_); }
+
+    /// Loads a file with preview; a load that runs begins again with this file instead. Throws the object's
+    /// failure, number, source and description; error 91 without an object.
+    void preview(const std::u16string& file) const;
+    /// Ends the object's load, where it has one.
+    void endLoad() const;
+
+  private:
+    [[nodiscard]] bool isLoading() const;
+
+    HdrListener& listener_;
+    ComPtr<_CVrxHDR> object_;
+    ComPtr<IConnectionPoint> point_;
+    ComPtr<HdrSink> sink_;
+    DWORD cookie_ = 0;
+};
+
+}  // namespace vrx
