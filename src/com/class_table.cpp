@@ -3,6 +3,7 @@
 #include "VrxCommon.h"
 #include "com/object_base.h"
 #include "common/CVrxFun.h"
+#include "dialogs/settings_store.h"
 #include "effects/ImageFX.h"
 #include "hdr/CVrxHDR.h"
 #include "pattern/CVrxPattern.h"
@@ -20,5 +21,11 @@ std::span<const ClassRow> classTable() {
     };
     return rows;
 }
+
+const wchar_t* libraryName() { return L"VrxCommon"; }
+
+int typeLibraryCount() { return 2; }
+
+void releaseHeldObjects() noexcept { releaseSettingsComponent(); }
 
 }  // namespace vrx

@@ -1,4 +1,4 @@
-// The public, creatable classes: one row each feeds class lookup, registration and unregistration.
+// What a module publishes. Each module that has public classes defines these functions for itself.
 #pragma once
 
 #include <windows.h>
@@ -7,6 +7,7 @@
 
 namespace vrx {
 
+/// A creatable class: one row feeds class lookup, registration and unregistration.
 struct ClassRow {
     const CLSID& classId;
     const wchar_t* name;  ///< of the class; its program id is the library's name, a dot and this
@@ -15,5 +16,14 @@ struct ClassRow {
 };
 
 [[nodiscard]] std::span<const ClassRow> classTable();
+
+/// Name of the module's type library, which its program ids begin with.
+[[nodiscard]] const wchar_t* libraryName();
+
+/// How many type libraries are in the module's resources: its own, number 1, and those that it imports.
+[[nodiscard]] int typeLibraryCount();
+
+/// Gives back what the module holds of others, for it may be unloaded now.
+void releaseHeldObjects() noexcept;
 
 }  // namespace vrx

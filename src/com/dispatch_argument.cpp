@@ -3,6 +3,7 @@
 #include "BmpInfo.h"
 #include "com/com_ptr.h"
 #include "com/hresult_failure.h"
+#include "com/type_library.h"
 #include "common/engine/error.h"
 
 namespace vrx {
@@ -29,6 +30,22 @@ Variant convertObject(const VARIANT& source, const Parameter& parameter) {
     V_UNKNOWN(&object.get()) = static_cast<IUnknown*>(wanted);
     old->Release();
     return object;
+}
+
+/// A record of its own for a script's empty variable, all fields 0.
+Variant makeBmpInfo() {
+    ComPtr<ITypeLib> library;
+    ComPtr<ITypeInfo> type;
+    ComPtr<IRecordInfo> info;
+    throwIfFailed(loadTypeLibrary(kRecordTypeLibrary, library));
+    throwIfFailed(library->GetTypeInfoOfGuid(kBmpInfo, type.put()));
+    throwIfFailed(GetRecordInfoFromTypeInfo(type.get(), info.put()));
+    Variant record;
+    V_RECORD(&record.get()) = info->RecordCreate();
+    if (!V_RECORD(&record.get())) throw platformError(Platform::OutOfMemory);
+    V_RECORDINFO(&record.get()) = info.detach();
+    V_VT(&record.get()) = VT_RECORD;
+    return record;
 }
 
 bool isObject(VARTYPE type) { return type == VT_DISPATCH || type == VT_UNKNOWN; }
@@ -61,7 +78,7 @@ void DispatchArgument::bindReference(const Parameter& parameter, VARIANTARG& sou
     VARIANT& inner = followReferences(source);
     if (V_ISBYREF(&inner) && !V_BYREF(&inner)) throwTypeMismatch();
     if (parameter.type == VT_VARIANT) return bindVariant(source, inner);
-    if (parameter.type == VT_RECORD) return bindRecord(inner);
+    if (parameter.type == VT_RECORD) return bindRecord(source, inner);
     if (parameter.type & VT_ARRAY) return bindArray(parameter, source, inner);
     local_ = convert(inner, parameter.type);
     passAddress(parameter.type, &V_NONE(&local_.get()));
@@ -97,8 +114,13 @@ void DispatchArgument::bindArray(const Parameter& parameter, VARIANTARG& source,
     passAddress(parameter.type, &V_ARRAY(&local_.get()));
 }
 
-/// A variant holds a record by its address in any case.
-void DispatchArgument::bindRecord(const VARIANT& inner) {
+/// A variant holds a record by its address in any case. Scripts cannot make one: their empty variables get it here.
+void DispatchArgument::bindRecord(const VARIANT& source, VARIANT& inner) {
+    if (V_VT(&inner) == VT_EMPTY && &inner != &source) {
+        local_ = makeBmpInfo();
+        receiver_ = &inner;
+        return passAddress(VT_RECORD, V_RECORD(&local_.get()));
+    }
     IRecordInfo* info = V_RECORDINFO(&inner);
     if ((V_VT(&inner) & ~VT_BYREF) != VT_RECORD || !info || !V_RECORD(&inner)) throwTypeMismatch();
     GUID guid{};

@@ -26,7 +26,7 @@ class DispatchArgument {
     void bindReference(const Parameter& parameter, VARIANTARG& source);
     void bindVariant(VARIANTARG& source, VARIANT& inner);
     void bindArray(const Parameter& parameter, VARIANTARG& source, VARIANT& inner);
-    void bindRecord(const VARIANT& inner);
+    void bindRecord(const VARIANT& source, VARIANT& inner);
     void passAddress(VARTYPE type, void* address);
 
     Variant local_;  // what the member works on where it is not the host's own variable

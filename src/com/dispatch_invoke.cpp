@@ -4,7 +4,6 @@
 #include <new>
 #include <vector>
 
-#include "com/com_ptr.h"
 #include "com/dispatch_argument.h"
 #include "com/error_info.h"
 #include "com/hresult_failure.h"
@@ -135,7 +134,6 @@ HRESULT invoke(IDispatch& object, const MemberTable& members, const DispatchCall
 HRESULT invokeMember(IDispatch& object, const char16_t* className, const MemberTable& members,
                      const DispatchCall& call) noexcept {
     if (call.result) VariantInit(call.result);
-    const ComPtr<IDispatch> alive(&object);
     try {
         return invoke(object, members, call);
     } catch (const BadArgument& bad) {

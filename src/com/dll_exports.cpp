@@ -1,4 +1,4 @@
-// Entry points of VrxCommon.dll.
+// Entry points of a DLL with public classes.
 
 #include <windows.h>
 
@@ -6,6 +6,7 @@
 #include <olectl.h>
 
 #include "com/class_factory.h"
+#include "com/class_table.h"
 #include "com/module.h"
 #include "com/registration.h"
 #include "com/type_library.h"
@@ -21,7 +22,11 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** factory) {
     return vrx::findClassFactory(classId, iid, factory);
 }
 
-STDAPI DllCanUnloadNow() { return vrx::releaseTypeInformation() ? S_OK : S_FALSE; }
+STDAPI DllCanUnloadNow() {
+    if (!vrx::releaseTypeInformation()) return S_FALSE;
+    vrx::releaseHeldObjects();
+    return S_OK;
+}
 
 STDAPI DllRegisterServer() { return vrx::registerLibrary(RegistrationScope::Machine); }
 

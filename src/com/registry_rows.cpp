@@ -12,7 +12,6 @@
 namespace vrx {
 namespace {
 
-constexpr wchar_t kLibraryName[] = L"VrxCommon";
 constexpr wchar_t kVersion[] = L"1.0";
 
 // The system's proxies: for interfaces described by a type library, and for those that have IDispatch only.
@@ -54,7 +53,7 @@ TYPEATTR attributesOf(ITypeInfo& info) {
 }
 
 void addClass(Rows& rows, const ClassRow& row, const std::wstring& path, const std::wstring& libraryId) {
-    const std::wstring programId = std::wstring(kLibraryName) + L'.' + row.name;
+    const std::wstring programId = std::wstring(libraryName()) + L'.' + row.name;
     const std::wstring versioned = programId + L".1";
     const std::wstring classId = text(row.classId);
     const std::wstring key = L"CLSID\\" + classId;
@@ -73,13 +72,13 @@ void addClass(Rows& rows, const ClassRow& row, const std::wstring& path, const s
     rows.add(versioned + L"\\CLSID", L"", classId);
 }
 
-void addTypeLibrary(Rows& rows, TypeLibrary which, const std::wstring& path) {
+void addTypeLibrary(Rows& rows, int number, const std::wstring& path) {
     ComPtr<ITypeLib> library;
-    throwIfFailed(loadTypeLibrary(which, library));
+    throwIfFailed(loadTypeLibrary(number, library));
     Bstr description;
     throwIfFailed(library->GetDocumentation(-1, nullptr, description.put(), nullptr, nullptr));
     const std::wstring key = L"TypeLib\\" + text(attributesOf(*library).guid) + L'\\' + kVersion;
-    const std::wstring file = path + L'\\' + std::to_wstring(static_cast<int>(which));
+    const std::wstring file = path + L'\\' + std::to_wstring(number);
     rows.add(key, L"", description.get());
     rows.add(key + L"\\0\\win32", L"", file);
     rows.add(key + L"\\FLAGS", L"", L"0");
@@ -107,11 +106,10 @@ void addInterfaces(Rows& rows, ITypeLib& library, const std::wstring& libraryId)
 
 std::vector<RegistryRow> registryRows(const std::wstring& path) {
     ComPtr<ITypeLib> library;
-    throwIfFailed(loadTypeLibrary(TypeLibrary::VrxCommon, library));
+    throwIfFailed(loadTypeLibrary(kOwnTypeLibrary, library));
     const std::wstring libraryId = text(attributesOf(*library).guid);
     Rows rows;
-    addTypeLibrary(rows, TypeLibrary::VrxTypeLib, path);
-    addTypeLibrary(rows, TypeLibrary::VrxCommon, path);
+    for (int number = typeLibraryCount(); number >= kOwnTypeLibrary; --number) addTypeLibrary(rows, number, path);
     addInterfaces(rows, *library, libraryId);
     for (const ClassRow& row : classTable()) addClass(rows, row, path, libraryId);
     return rows.take();

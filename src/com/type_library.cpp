@@ -30,7 +30,7 @@ TypeInformation* shared = nullptr;
 HRESULT openLocked(ITypeLib*& library) {
     if (!shared) {
         auto opened = std::make_unique<TypeInformation>();
-        const HRESULT result = loadTypeLibrary(TypeLibrary::VrxCommon, opened->library);
+        const HRESULT result = loadTypeLibrary(kOwnTypeLibrary, opened->library);
         if (FAILED(result)) return result;
         shared = opened.release();
     }
@@ -46,8 +46,8 @@ HRESULT findLocked(const GUID& guid, ComPtr<ITypeInfo>& info) {
 
 }  // namespace
 
-HRESULT loadTypeLibrary(TypeLibrary which, ComPtr<ITypeLib>& library) {
-    const std::wstring path = modulePath() + L'\\' + std::to_wstring(static_cast<int>(which));
+HRESULT loadTypeLibrary(int number, ComPtr<ITypeLib>& library) {
+    const std::wstring path = modulePath() + L'\\' + std::to_wstring(number);
     return LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.put());
 }
 

@@ -12,11 +12,13 @@ namespace vrx {
 
 class MemberTable;
 
-/// Resource numbers of the type libraries in the module.
-enum class TypeLibrary { VrxCommon = 1, VrxTypeLib = 2 };
+/// Resource number of the module's own type library.
+constexpr int kOwnTypeLibrary = 1;
+/// That of the library of the bitmap-info record.
+constexpr int kRecordTypeLibrary = 2;
 
 /// Loads a type library from the module, without registering it.
-HRESULT loadTypeLibrary(TypeLibrary which, ComPtr<ITypeLib>& library);
+HRESULT loadTypeLibrary(int number, ComPtr<ITypeLib>& library);
 
 /// Description of a published interface or class; loaded once in a process.
 HRESULT findTypeInfo(const GUID& guid, ComPtr<ITypeInfo>& info);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "com/fp_scope.h"
+#include "common/engine/bytes.h"
 #include "common/engine/error.h"
 
 namespace vrx {
@@ -200,7 +201,9 @@ Variant makeText(std::u16string_view text) {
 
 Variant makeArray(SafeArray array) {
     Variant made;
-    V_VT(&made.get()) = VT_ARRAY | VT_UI1;
+    VARTYPE type = VT_EMPTY;
+    check(SafeArrayGetVartype(array.get(), &type));
+    V_VT(&made.get()) = VT_ARRAY | type;
     V_ARRAY(&made.get()) = array.release();
     return made;
 }
@@ -224,6 +227,22 @@ SafeArray makeByteArray(std::span<const std::uint8_t> bytes) {
     SafeArray array = makeByteArray(std::span(&dimension, 1));
     const ByteArrayView view(array.get());
     std::memcpy(view.bytes().data(), bytes.data(), bytes.size());
+    return array;
+}
+
+SafeArray makeVariantArray(std::span<const std::int32_t> values, std::size_t count) {
+    if (count > kMaxByteCount / sizeof(VARIANT)) throw platformError(Platform::OutOfMemory);
+    SAFEARRAYBOUND bound{static_cast<ULONG>(count), 0};
+    SafeArray array(SafeArrayCreate(VT_VARIANT, 1, &bound));
+    if (!array) throw platformError(Platform::OutOfMemory);
+    void* data = nullptr;
+    check(SafeArrayAccessData(array.get(), &data));
+    auto* element = static_cast<VARIANT*>(data);
+    for (const std::int32_t value : values) {
+        V_VT(element) = VT_I4;
+        V_I4(element++) = value;
+    }
+    check(SafeArrayUnaccessData(array.get()));
     return array;
 }
 
