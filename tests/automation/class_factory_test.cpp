@@ -20,8 +20,10 @@ struct Row {
 };
 
 const Row kRows[] = {
-    {L"CVrxHDR", CLSID_CVrxHDR, IID__CVrxHDR, true},         {L"CVrxImage", CLSID_CVrxImage, IID__CVrxImage, false},
-    {L"ImageFX", CLSID_ImageFX, IID__ImageFX, false},        {L"CVrxPattern", CLSID_CVrxPattern, IID__CVrxPattern, false},
+    {L"CVrxHDR", CLSID_CVrxHDR, IID__CVrxHDR, true},
+    {L"CVrxImage", CLSID_CVrxImage, IID__CVrxImage, false},
+    {L"ImageFX", CLSID_ImageFX, IID__ImageFX, false},
+    {L"CVrxPattern", CLSID_CVrxPattern, IID__CVrxPattern, false},
     {L"CVrxFun", CLSID_CVrxFun, IID__CVrxFun, false},
 };
 
@@ -71,14 +73,16 @@ TEST_P(EveryClass, OffersItsInterfacesWithOneIdentity) {
 }
 
 TEST_P(EveryClass, SupportsErrorInformationForItsInterfaceOnly) {
-    const ComPtr<ISupportErrorInfo> support = host::createDirectly(GetParam().classId).as<ISupportErrorInfo>();
+    const ComPtr<ISupportErrorInfo> support =
+        host::createDirectly(GetParam().classId).as<ISupportErrorInfo>();
     ASSERT_TRUE(support);
     EXPECT_EQ(support->InterfaceSupportsErrorInfo(GetParam().interfaceId), S_OK);
     EXPECT_EQ(support->InterfaceSupportsErrorInfo(IID_IStream), S_FALSE);
 }
 
 TEST_P(EveryClass, DescribesItself) {
-    const ComPtr<IProvideClassInfo2> provider = host::createDirectly(GetParam().classId).as<IProvideClassInfo2>();
+    const ComPtr<IProvideClassInfo2> provider =
+        host::createDirectly(GetParam().classId).as<IProvideClassInfo2>();
     ASSERT_TRUE(provider);
     ComPtr<ITypeInfo> info;
     ASSERT_EQ(provider->GetClassInfo(info.put()), S_OK);
@@ -112,17 +116,20 @@ TEST_P(EveryClass, AnswersForUnknownNamesAndMembers) {
     EXPECT_EQ(count, 1u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, EveryClass, testing::ValuesIn(kRows), [](const testing::TestParamInfo<Row>& row) {
-    const std::wstring name = row.param.name;
-    return std::string(name.begin(), name.end());
-});
+INSTANTIATE_TEST_SUITE_P(Of, EveryClass, testing::ValuesIn(kRows),
+                         [](const testing::TestParamInfo<Row>& row) {
+                             const std::wstring name = row.param.name;
+                             return std::string(name.begin(), name.end());
+                         });
 
 TEST(ClassObjects, AreRefusedForEveryOtherClass) {
     void* object = &object;
-    EXPECT_EQ(host::component().classObject(CLSID_VrxPreviewImg, IID_IClassFactory, &object), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(host::component().classObject(CLSID_VrxPreviewImg, IID_IClassFactory, &object),
+              CLASS_E_CLASSNOTAVAILABLE);
     EXPECT_EQ(object, nullptr);
     for (const IID& other : {GUID_NULL, IID_IUnknown, IID__CVrxHDR, LIBID_VrxCommon}) {
-        EXPECT_EQ(host::component().classObject(other, IID_IClassFactory, &object), CLASS_E_CLASSNOTAVAILABLE);
+        EXPECT_EQ(host::component().classObject(other, IID_IClassFactory, &object),
+                  CLASS_E_CLASSNOTAVAILABLE);
     }
     EXPECT_EQ(host::component().classObject(CLSID_CVrxHDR, IID_IStream, &object), E_NOINTERFACE);
     EXPECT_EQ(host::component().classObject(CLSID_CVrxHDR, IID_IClassFactory, nullptr), E_POINTER);

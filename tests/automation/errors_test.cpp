@@ -20,7 +20,8 @@ struct Row {
 class UnsupportedMember : public testing::TestWithParam<Row> {};
 
 TEST_P(UnsupportedMember, FailsWithNumberSourceAndDescription) {
-    const ComPtr<IDispatch> object = host::create((std::wstring(L"VrxCommon.") + GetParam().className).c_str());
+    const ComPtr<IDispatch> object =
+        host::create((std::wstring(L"VrxCommon.") + GetParam().className).c_str());
     ASSERT_TRUE(object);
     const host::Outcome outcome = host::call(*object, GetParam().member, {host::Text(L"x")});
     EXPECT_EQ(outcome.code, DISP_E_EXCEPTION);
@@ -31,7 +32,7 @@ TEST_P(UnsupportedMember, FailsWithNumberSourceAndDescription) {
     EXPECT_EQ(V_VT(&outcome.result.get()), VT_EMPTY);
 }
 
-constexpr Row kRows[] = {{L"CVrxPattern", L"Load"}, {L"CVrxFun", L"Get_Path"}};
+constexpr Row kRows[] = {{L"CVrxHDR", L"Load"}, {L"CVrxImage", L"Save"}, {L"CVrxPattern", L"Load"}};
 
 INSTANTIATE_TEST_SUITE_P(Of, UnsupportedMember, testing::ValuesIn(kRows),
                          [](const testing::TestParamInfo<Row>& row) {
@@ -40,11 +41,11 @@ INSTANTIATE_TEST_SUITE_P(Of, UnsupportedMember, testing::ValuesIn(kRows),
                          });
 
 TEST(EarlyBoundFailure, LeavesErrorInformationWithTheThread) {
-    const auto object = host::createDirectly(CLSID_CVrxFun).as<_CVrxFun>();
+    const auto object = host::createDirectly(CLSID_CVrxHDR).as<_CVrxHDR>();
     ASSERT_TRUE(object);
     SetErrorInfo(0, nullptr);
     BSTR result = reinterpret_cast<BSTR>(1);
-    EXPECT_EQ(object->Get_Path(nullptr, &result), kNotSupported);
+    EXPECT_EQ(object->Load(nullptr, &result), kNotSupported);
     EXPECT_EQ(result, nullptr);
     ComPtr<IErrorInfo> info;
     ASSERT_EQ(GetErrorInfo(0, info.put()), S_OK);
@@ -54,9 +55,9 @@ TEST(EarlyBoundFailure, LeavesErrorInformationWithTheThread) {
     info->GetSource(source.put());
     info->GetDescription(description.put());
     info->GetGUID(&guid);
-    EXPECT_STREQ(source.get(), L"CVrxFun");
+    EXPECT_STREQ(source.get(), L"CVrxHDR");
     EXPECT_STREQ(description.get(), L"Object doesn't support this action");
-    EXPECT_TRUE(guid == IID__CVrxFun);
+    EXPECT_TRUE(guid == IID__CVrxHDR);
 }
 
 TEST(EarlyBoundCall, WithoutAPlaceForItsResultIsRefused) {

@@ -4,7 +4,8 @@
 
 namespace host {
 
-Component::Component() : path_(programFolder() + L"\\VrxCommon.dll"), module_(LoadLibraryW(path_.c_str())) {}
+Component::Component(const wchar_t* fileName)
+    : path_(programFolder() + L'\\' + fileName), module_(LoadLibraryW(path_.c_str())) {}
 
 template <class Function>
 Function Component::find(const char* name) const {
@@ -24,7 +25,12 @@ HRESULT Component::classObject(REFCLSID classId, REFIID iid, void** object) cons
 }
 
 const Component& component() {
-    static const Component loaded;
+    static const Component loaded(L"VrxCommon.dll");
+    return loaded;
+}
+
+const Component& settingsComponent() {
+    static const Component loaded(L"VrxSettings.dll");
     return loaded;
 }
 
@@ -39,7 +45,8 @@ vrx::ComPtr<IDispatch> create(const wchar_t* programId) {
     CLSID classId{};
     vrx::ComPtr<IDispatch> object;
     if (FAILED(CLSIDFromProgID(programId, &classId))) return object;
-    CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(object.put()));
+    CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                     reinterpret_cast<void**>(object.put()));
     return object;
 }
 
@@ -61,8 +68,8 @@ DISPID idOf(IDispatch& object, const wchar_t* name) {
 Outcome invoke(IDispatch& object, DISPID id, WORD flags, DISPPARAMS arguments) {
     Outcome outcome;
     EXCEPINFO exception{};
-    outcome.code = object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &arguments, &outcome.result.get(), &exception,
-                                 &outcome.badArgument);
+    outcome.code = object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &arguments, &outcome.result.get(),
+                                 &exception, &outcome.badArgument);
     outcome.scode = exception.scode;
     outcome.wCode = exception.wCode;
     const vrx::Bstr source(exception.bstrSource);
@@ -76,7 +83,8 @@ Outcome invoke(IDispatch& object, DISPID id, WORD flags, DISPPARAMS arguments) {
 Outcome call(IDispatch& object, const wchar_t* name, std::initializer_list<VARIANT> arguments, WORD flags) {
     std::vector<VARIANT> reversed(arguments);
     std::ranges::reverse(reversed);
-    return invoke(object, idOf(object, name), flags, {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0});
+    return invoke(object, idOf(object, name), flags,
+                  {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0});
 }
 
 Outcome get(IDispatch& object, const wchar_t* name) { return call(object, name, {}, DISPATCH_PROPERTYGET); }
@@ -100,7 +108,7 @@ VARIANT number(double value) {
     return made;
 }
 
-VARIANT boolean(bool value) {
+VARIANT truth(bool value) {
     VARIANT made{};
     V_VT(&made) = VT_BOOL;
     V_BOOL(&made) = value ? VARIANT_TRUE : VARIANT_FALSE;

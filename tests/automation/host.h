@@ -14,17 +14,17 @@
 
 namespace host {
 
-/// VrxCommon.dll beside the test program, and its entry points.
+/// A DLL with classes beside the test program, and its entry points.
 class Component {
   public:
-    Component();
+    explicit Component(const wchar_t* fileName);
 
     [[nodiscard]] const std::wstring& path() const { return path_; }
     [[nodiscard]] HRESULT registerMachine() const;
     [[nodiscard]] HRESULT unregisterMachine() const;
     [[nodiscard]] HRESULT install(bool install, const wchar_t* commandLine) const;
     [[nodiscard]] HRESULT canUnload() const;
-    [[nodiscard]] HRESULT classObject(REFCLSID classId, REFIID iid, void** object) const;
+    HRESULT classObject(REFCLSID classId, REFIID iid, void** object) const;
 
   private:
     template <class Function>
@@ -34,7 +34,9 @@ class Component {
     HMODULE module_;
 };
 
+/// VrxCommon.dll and VrxSettings.dll.
 const Component& component();
+const Component& settingsComponent();
 
 /// Folder of the test program, without a backslash at the end.
 std::wstring programFolder();
@@ -70,7 +72,7 @@ Outcome put(IDispatch& object, const wchar_t* name, VARIANT value, WORD flags = 
 
 VARIANT integer(long value);
 VARIANT number(double value);
-VARIANT boolean(bool value);
+VARIANT truth(bool value);
 VARIANT omitted();
 VARIANT reference(VARIANT& variable);
 VARIANT typedReference(VARTYPE type, void* variable);

@@ -15,35 +15,42 @@ namespace {
 
 using Lines = std::vector<std::wstring>;
 
-void exportKey(HKEY root, const std::wstring& path, Lines& lines) {
-    vrx::RegistryKey key;
-    if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS) return;
-    lines.push_back(path);
-    wchar_t name[16384];
+void exportValues(HKEY key, const std::wstring& path, Lines& lines) {
+    wchar_t name[1024];
+    std::vector<BYTE> data(65536);
     for (DWORD index = 0;; ++index) {
         DWORD length = static_cast<DWORD>(std::size(name));
+        DWORD size = static_cast<DWORD>(data.size());
         DWORD type = 0;
-        DWORD size = 0;
-        if (RegEnumValueW(key.get(), index, name, &length, nullptr, &type, nullptr, &size) != ERROR_SUCCESS) break;
-        std::vector<BYTE> data(size);
-        RegQueryValueExW(key.get(), name, nullptr, &type, data.data(), &size);
+        const LSTATUS status = RegEnumValueW(key, index, name, &length, nullptr, &type, data.data(), &size);
+        if (status == ERROR_NO_MORE_ITEMS) return;
+        ASSERT_EQ(status, ERROR_SUCCESS);
         std::wstring line = path + L'|' + name + L'|' + std::to_wstring(type) + L'|';
-        for (BYTE byte : data) line += std::to_wstring(byte) + L' ';
+        for (DWORD i = 0; i < size; ++i) line += static_cast<wchar_t>(data[i] + 1);
         lines.push_back(line);
     }
+}
+
+void exportKey(HKEY parent, const wchar_t* subkey, const std::wstring& path, Lines& lines) {
+    vrx::RegistryKey key;
+    ASSERT_EQ(RegOpenKeyExW(parent, subkey, 0, KEY_READ, key.put()), ERROR_SUCCESS);
+    lines.push_back(path);
+    exportValues(key.get(), path, lines);
+    wchar_t name[256];
     for (DWORD index = 0;; ++index) {
         DWORD length = static_cast<DWORD>(std::size(name));
-        if (RegEnumKeyExW(key.get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
-        exportKey(root, path + L'\\' + name, lines);
+        if (RegEnumKeyExW(key.get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) !=
+            ERROR_SUCCESS)
+            break;
+        exportKey(key.get(), name, path + L'\\' + name, lines);
     }
 }
 
 /// All classes of the machine and of the user, sorted.
 Lines exportClasses() {
     Lines lines;
-    exportKey(HKEY_LOCAL_MACHINE, L"Software\\Classes", lines);
-    lines.push_back(L"----");
-    exportKey(HKEY_CURRENT_USER, L"Software\\Classes", lines);
+    exportKey(HKEY_LOCAL_MACHINE, L"Software\\Classes", L"machine", lines);
+    exportKey(HKEY_CURRENT_USER, L"Software\\Classes", L"user", lines);
     std::ranges::sort(lines);
     return lines;
 }
@@ -53,8 +60,10 @@ std::wstring read(HKEY root, const std::wstring& path, const wchar_t* name = L""
     wchar_t text[1024] = L"";
     DWORD size = sizeof text;
     DWORD type = REG_NONE;
-    if (RegOpenKeyExW(root, (L"Software\\Classes\\" + path).c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS ||
-        RegQueryValueExW(key.get(), name, nullptr, &type, reinterpret_cast<BYTE*>(text), &size) != ERROR_SUCCESS) {
+    if (RegOpenKeyExW(root, (L"Software\\Classes\\" + path).c_str(), 0, KEY_READ, key.put()) !=
+            ERROR_SUCCESS ||
+        RegQueryValueExW(key.get(), name, nullptr, &type, reinterpret_cast<BYTE*>(text), &size) !=
+            ERROR_SUCCESS) {
         return L"(none)";
     }
     return type == REG_SZ ? text : L"(of another type)";
@@ -122,6 +131,14 @@ void expectRegistered(HKEY root) {
     }
 }
 
+/// Whether a line of the export names the library or anything of its own.
+bool isOurs(const std::wstring& line) {
+    if (line.find(L"VrxCommon") != std::wstring::npos) return true;
+    return std::ranges::any_of(published::kIdentifiers, [&](const published::Identifier& row) {
+        return line.find(wide(row.guid)) != std::wstring::npos;
+    });
+}
+
 class Registration : public testing::Test {
   protected:
     void SetUp() override {
@@ -129,10 +146,12 @@ class Registration : public testing::Test {
         // The keys that all software shares stay when the library goes; a new user has none of them yet.
         for (const wchar_t* shared : {L"CLSID", L"Interface", L"TypeLib"}) {
             vrx::RegistryKey key;
-            RegCreateKeyExW(HKEY_CURRENT_USER, (std::wstring(L"Software\\Classes\\") + shared).c_str(), 0, nullptr, 0,
-                            KEY_READ, nullptr, key.put(), nullptr);
+            RegCreateKeyExW(HKEY_CURRENT_USER, (std::wstring(L"Software\\Classes\\") + shared).c_str(), 0,
+                            nullptr, 0, KEY_READ, nullptr, key.put(), nullptr);
         }
         before_ = exportClasses();
+        for (const std::wstring& line : before_)
+            ASSERT_FALSE(isOurs(line)) << std::string(line.begin(), line.end());
     }
     void TearDown() override { EXPECT_EQ(host::component().registerMachine(), S_OK); }
 
@@ -148,7 +167,11 @@ TEST_F(Registration, ForTheUserWritesTheSameThere) {
     ASSERT_EQ(host::component().install(true, L"user"), S_OK);
     expectRegistered(HKEY_CURRENT_USER);
     EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"VrxCommon.CVrxHDR\\CLSID"), L"(none)");
-    EXPECT_TRUE(host::create(L"VrxCommon.CVrxHDR"));
+    // Systems that show the user's classes to COM create the class from there.
+    vrx::RegistryKey merged;
+    const bool shown =
+        RegOpenKeyExW(HKEY_CLASSES_ROOT, L"VrxCommon.CVrxHDR", 0, KEY_READ, merged.put()) == ERROR_SUCCESS;
+    EXPECT_EQ(static_cast<bool>(host::create(L"VrxCommon.CVrxHDR")), shown);
     EXPECT_EQ(host::component().install(false, L"USER"), S_OK);
 }
 
@@ -178,15 +201,16 @@ TEST_F(Registration, LeavesWhatOthersWroteBelowItsKeys) {
     ASSERT_EQ(host::component().registerMachine(), S_OK);
     const std::wstring path = L"Software\\Classes\\CLSID\\" + identifier("CVrxFun") + L"\\Foreign";
     vrx::RegistryKey foreign;
-    ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, foreign.put(),
-                              nullptr),
+    ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
+                              foreign.put(), nullptr),
               ERROR_SUCCESS);
     foreign.reset();
     ASSERT_EQ(host::component().unregisterMachine(), S_OK);
     EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ, foreign.put()), ERROR_SUCCESS);
     foreign.reset();
     ASSERT_EQ(RegDeleteKeyW(HKEY_LOCAL_MACHINE, path.c_str()), ERROR_SUCCESS);
-    ASSERT_EQ(RegDeleteKeyW(HKEY_LOCAL_MACHINE, path.substr(0, path.find_last_of(L'\\')).c_str()), ERROR_SUCCESS);
+    ASSERT_EQ(RegDeleteKeyW(HKEY_LOCAL_MACHINE, path.substr(0, path.find_last_of(L'\\')).c_str()),
+              ERROR_SUCCESS);
     EXPECT_EQ(exportClasses(), before_);
 }
 
@@ -200,6 +224,47 @@ TEST_F(Registration, WithoutAnInstallCommandIsForTheMachine) {
     EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"VrxCommon.CVrxHDR\\CLSID"), identifier("CVrxHDR"));
     ASSERT_EQ(host::component().install(false, L""), S_OK);
     EXPECT_EQ(exportClasses(), before_);
+}
+
+/// Registers for a machine whose keys lie below a key of the test's own.
+HRESULT registerBelow(HKEY machine) {
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine);
+    const HRESULT result = host::component().registerMachine();
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+    return result;
+}
+
+vrx::RegistryKey createKey(HKEY parent, const wchar_t* path, DWORD options = REG_OPTION_NON_VOLATILE) {
+    vrx::RegistryKey key;
+    RegCreateKeyExW(parent, path, 0, nullptr, options, KEY_ALL_ACCESS, nullptr, key.put(), nullptr);
+    return key;
+}
+
+TEST(RefusedRegistration, TakesBackWhatItWrote) {
+    const vrx::RegistryKey machine = createKey(HKEY_CURRENT_USER, L"Software\\VrxTest");
+    const vrx::RegistryKey classes = createKey(machine.get(), L"Software\\Classes");
+    // The system keeps lasting keys out of a volatile one; the classes come after type libraries and
+    // interfaces.
+    const vrx::RegistryKey blocked = createKey(classes.get(), L"CLSID", REG_OPTION_VOLATILE);
+    createKey(classes.get(), L"TypeLib");
+    createKey(classes.get(), L"Interface");
+    Lines before;
+    exportKey(machine.get(), L"", L"machine", before);
+    EXPECT_EQ(registerBelow(machine.get()), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
+    Lines after;
+    exportKey(machine.get(), L"", L"machine", after);
+    EXPECT_EQ(after, before);
+    for (const wchar_t* key : {L"Software\\Classes\\CLSID", L"Software\\Classes\\TypeLib",
+                               L"Software\\Classes\\Interface", L"Software\\Classes", L"Software"}) {
+        RegDeleteKeyW(machine.get(), key);
+    }
+    EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\VrxTest"), ERROR_SUCCESS);
+}
+
+TEST(RefusedRegistration, TellsTheReasonOfTheSystem) {
+    const vrx::RegistryKey gone = createKey(HKEY_CURRENT_USER, L"Software\\VrxTest");
+    ASSERT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\VrxTest"), ERROR_SUCCESS);
+    EXPECT_EQ(registerBelow(gone.get()), HRESULT_FROM_WIN32(ERROR_KEY_DELETED));
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// Runs the tests in a single-threaded apartment against the component beside the program, and ends a test that hangs.
+// Runs the tests in a single-threaded apartment against the component beside the program, and ends a test
+// that hangs.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -18,7 +19,9 @@ constexpr std::chrono::seconds kLongestTest(60);
 
 class Watchdog : public testing::EmptyTestEventListener {
   public:
-    Watchdog() { std::thread([this] { watch(); }).detach(); }
+    Watchdog() {
+        std::thread([this] { watch(); }).detach();
+    }
 
     void OnTestStart(const testing::TestInfo&) override { ++testsStarted_; }
 
@@ -32,7 +35,8 @@ class Watchdog : public testing::EmptyTestEventListener {
     }
 
     [[noreturn]] static void endProcess() {
-        std::printf("Watchdog: the test has been running for more than %d seconds.\n", static_cast<int>(kLongestTest.count()));
+        std::printf("Watchdog: the test has been running for more than %d seconds.\n",
+                    static_cast<int>(kLongestTest.count()));
         std::fflush(stdout);
         TerminateProcess(GetCurrentProcess(), 3);
         std::abort();

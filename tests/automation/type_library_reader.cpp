@@ -12,10 +12,14 @@ namespace {
 
 std::string kindName(INVOKEKIND kind) {
     switch (kind) {
-        case INVOKE_PROPERTYGET: return "get";
-        case INVOKE_PROPERTYPUT: return "put";
-        case INVOKE_PROPERTYPUTREF: return "putref";
-        default: return "method";
+        case INVOKE_PROPERTYGET:
+            return "get";
+        case INVOKE_PROPERTYPUT:
+            return "put";
+        case INVOKE_PROPERTYPUTREF:
+            return "putref";
+        default:
+            return "method";
     }
 }
 
@@ -26,7 +30,9 @@ std::string defaultText(const VARIANT& value, const std::string& type) {
     if (plain == "Long" && V_VT(&value) == VT_I4) return std::to_string(V_I4(&value));
     if (plain == "Byte" && V_VT(&value) == VT_UI1) return std::to_string(V_UI1(&value));
     if (plain == "Boolean" && V_VT(&value) == VT_BOOL) {
-        return V_BOOL(&value) == VARIANT_TRUE ? "True" : V_BOOL(&value) == VARIANT_FALSE ? "False" : "neither";
+        return V_BOOL(&value) == VARIANT_TRUE    ? "True"
+               : V_BOOL(&value) == VARIANT_FALSE ? "False"
+                                                 : "neither";
     }
     if (plain == "String" && V_VT(&value) == VT_BSTR) return '"' + narrow(V_BSTR(&value)) + '"';
     return "of type " + std::to_string(V_VT(&value));
@@ -109,16 +115,26 @@ TYPEATTR attributesOf(ITypeInfo& info) {
 
 std::string typeName(ITypeInfo& info, const TYPEDESC& description) {
     switch (description.vt) {
-        case VT_I2: return "Integer";
-        case VT_I4: return "Long";
-        case VT_R4: return "Single";
-        case VT_UI1: return "Byte";
-        case VT_BOOL: return "Boolean";
-        case VT_BSTR: return "String";
-        case VT_VARIANT: return "Variant";
-        case VT_HRESULT: return "HRESULT";
-        case VT_PTR: return typeName(info, *description.lptdesc) + '*';
-        case VT_SAFEARRAY: return typeName(info, *description.lptdesc) + "()";
+        case VT_I2:
+            return "Integer";
+        case VT_I4:
+            return "Long";
+        case VT_R4:
+            return "Single";
+        case VT_UI1:
+            return "Byte";
+        case VT_BOOL:
+            return "Boolean";
+        case VT_BSTR:
+            return "String";
+        case VT_VARIANT:
+            return "Variant";
+        case VT_HRESULT:
+            return "HRESULT";
+        case VT_PTR:
+            return typeName(info, *description.lptdesc) + '*';
+        case VT_SAFEARRAY:
+            return typeName(info, *description.lptdesc) + "()";
         case VT_CARRAY: {
             const ARRAYDESC& array = *description.lpadesc;
             return typeName(info, array.tdescElem) + '(' + std::to_string(array.rgbounds[0].cElements) + ')';
@@ -130,7 +146,8 @@ std::string typeName(ITypeInfo& info, const TYPEDESC& description) {
             referred->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
             return narrow(name.get());
         }
-        default: return "type " + std::to_string(description.vt);
+        default:
+            return "type " + std::to_string(description.vt);
     }
 }
 

@@ -15,14 +15,16 @@ Parameter value(const char* type) { return {"value", type, "in"}; }
 
 Member getter(long id, const char* name, const char* type) { return {id, "get", name, {}, type}; }
 Member setter(long id, const char* name, const char* type) { return {id, "put", name, {value(type)}, ""}; }
-Member objectSetter(long id, const char* name, const char* type) { return {id, "putref", name, {value(type)}, ""}; }
+Member objectSetter(long id, const char* name, const char* type) {
+    return {id, "putref", name, {value(type)}, ""};
+}
 
 Member method(long id, const char* name, std::vector<Parameter> parameters = {}, const char* result = "") {
     return {id, "method", name, std::move(parameters), result};
 }
 
 std::vector<Parameter> pictureRectangles() {
-    return {optionalMinusOne("srcPX"), optionalLong("srcPY"),   optionalSingle("srcDX"),
+    return {optionalMinusOne("srcPX"), optionalLong("srcPY"),    optionalSingle("srcDX"),
             optionalLong("srcDY"),     optionalSingle("destPX"), optionalLong("destPY"),
             optionalSingle("destDX"),  optionalLong("destDY")};
 }
@@ -57,7 +59,8 @@ const Interface kHdr = {
         method(19, "Get_BMP"),
         method(20, "Get_Compo", {integer("X"), integer("Y"), integer("ICompo")}, "Single"),
         method(21, "EndHDR"),
-        method(22, "Get_Pixel", {integer("X"), integer("Y"), variant("sRed"), variant("sGreen"), variant("sBlu")}),
+        method(22, "Get_Pixel",
+               {integer("X"), integer("Y"), variant("sRed"), variant("sGreen"), variant("sBlu")}),
         method(23, "Cls"),
         method(24, "Init"),
     },
@@ -117,14 +120,17 @@ const Interface kPattern = {
 const Interface kFunctions = {
     "_CVrxFun",
     {
-        method(1, "Get_XPathStep", {{"r_strKeyString", "Variant*", "in"}, {"v_intKeyPos", "Integer", "in"}}, "String"),
-        method(2, "Get_Key", {{"r_strKeyString", "Variant*", "in"}, {"v_intKeyPos", "Integer", "in"}}, "String"),
+        method(1, "Get_XPathStep", {{"r_strKeyString", "Variant*", "in"}, {"v_intKeyPos", "Integer", "in"}},
+               "String"),
+        method(2, "Get_Key", {{"r_strKeyString", "Variant*", "in"}, {"v_intKeyPos", "Integer", "in"}},
+               "String"),
         method(3, "Get_AbsolutePath", {text("strRelativeFile"), text("strFatherPath")}, "String"),
         method(4, "Get_RelativePath", {text("strFile"), text("strFatherPath")}, "String"),
         method(5, "Get_PathShortFormat", {text("v_strPath")}, "String"),
         method(6, "Get_AppName", {variant("r_strFullPath"), {"v_GetExtension", "Boolean", "in"}}, "String"),
         method(7, "Get_Path", {text("strFile")}, "String"),
-        method(8, "VrxMsgBox", {text("v_strMessage"), integer("v_mbsMode"), optionalText("v_strTitle")}, "Long"),
+        method(8, "VrxMsgBox", {text("v_strMessage"), integer("v_mbsMode"), optionalText("v_strTitle")},
+               "Long"),
         method(9, "Show_ShortMessage", {text("strMessage")}),
         method(10, "Hide_ShortMessage", {}, "Boolean"),
     },
@@ -178,9 +184,9 @@ const std::vector<Enumeration> kEnumerations = {
 };
 
 const std::vector<Class> kClasses = {
-    {"CVrxHDR", "_CVrxHDR", "__CVrxHDR", true},   {"CVrxImage", "_CVrxImage", "", true},
-    {"ImageFX", "_ImageFX", "", true},            {"CVrxPattern", "_CVrxPattern", "", true},
-    {"CVrxFun", "_CVrxFun", "", true},            {"VrxPreviewImg", "_VrxPreviewImg", "__VrxPreviewImg", false},
+    {"CVrxHDR", "_CVrxHDR", "__CVrxHDR", true}, {"CVrxImage", "_CVrxImage", "", true},
+    {"ImageFX", "_ImageFX", "", true},          {"CVrxPattern", "_CVrxPattern", "", true},
+    {"CVrxFun", "_CVrxFun", "", true},          {"VrxPreviewImg", "_VrxPreviewImg", "__VrxPreviewImg", false},
 };
 
 const std::vector<Identifier> kIdentifiers = {

@@ -6,7 +6,8 @@
 
 namespace published {
 
-/// A parameter: its name, its type (a star for by reference), and passing and default spelt like "in,out,optional=True".
+/// A parameter: its name, its type (a star for by reference), and passing and default spelt like
+/// "in,out,optional=True".
 struct Parameter {
     std::string name;
     std::string type;

@@ -22,7 +22,8 @@ ComPtr<ITypeLib> openLibrary(Source source) {
     ComPtr<ITypeInfo> info;
     ComPtr<ITypeLib> library;
     UINT index = 0;
-    if (object && SUCCEEDED(object->GetTypeInfo(0, 0, info.put()))) info->GetContainingTypeLib(library.put(), &index);
+    if (object && SUCCEEDED(object->GetTypeInfo(0, 0, info.put())))
+        info->GetContainingTypeLib(library.put(), &index);
     return library;
 }
 
@@ -165,8 +166,8 @@ INSTANTIATE_TEST_SUITE_P(From, TypeLibrary, testing::Values(Source::File, Source
                          });
 
 const char* const kFields[] = {
-    "0 Long biSize",          "4 Long biWidth",        "8 Long biHeight",         "12 Integer biPlanes",
-    "14 Integer biBitCount",  "16 Long biCompression", "20 Long biSizeImage",     "24 Long biXPelsPerMeter",
+    "0 Long biSize",           "4 Long biWidth",        "8 Long biHeight",        "12 Integer biPlanes",
+    "14 Integer biBitCount",   "16 Long biCompression", "20 Long biSizeImage",    "24 Long biXPelsPerMeter",
     "28 Long biYPelsPerMeter", "32 Long biClrUsed",     "36 Long biClrImportant", "40 RgbQuad(256) bmiColors",
 };
 

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "hdr/engine/rgbe_cursor.h"
@@ -14,7 +15,9 @@ namespace vrx::test {
 
 using FileBytes = std::vector<std::uint8_t>;
 
-inline void append(FileBytes& file, std::string_view text) { file.insert(file.end(), text.begin(), text.end()); }
+inline void append(FileBytes& file, std::string_view text) {
+    file.insert(file.end(), text.begin(), text.end());
+}
 
 inline void append(FileBytes& file, std::initializer_list<int> bytes) {
     for (const int byte : bytes) file.push_back(static_cast<std::uint8_t>(byte));
@@ -74,18 +77,21 @@ inline bool isZeroRow(const RgbeStore& store, int row) {
     return true;
 }
 
+inline FileBytes withZeroByte(FileBytes file) {
+    file.push_back(0);
+    return file;
+}
+
 /// A file with the zero byte that stands behind it in memory, and a cursor over both.
-class OpenFile {
-  public:
-    explicit OpenFile(FileBytes file, std::size_t position = 0)
-        : bytes_(std::move(file)), cursor((bytes_.push_back(0), std::span<const std::uint8_t>(bytes_)), position) {}
-    explicit OpenFile(std::string_view text, std::size_t position = 0) : OpenFile(bytesOf(text), position) {}
-
-  private:
-    FileBytes bytes_;
-
-  public:
+struct OpenFile {
+    FileBytes bytes;
     RgbeCursor cursor;
+
+    explicit OpenFile(FileBytes file, std::size_t position = 0)
+        : bytes(withZeroByte(std::move(file))), cursor(bytes, position) {}
+    explicit OpenFile(std::string_view text, std::size_t position = 0) : OpenFile(bytesOf(text), position) {}
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
 };
 
 }  // namespace vrx::test

@@ -1,4 +1,5 @@
-// A host of loads that keeps its files in memory, writes down every call and acts at calls that a test chooses.
+// A host of loads that keeps its files in memory, writes down every call and acts at calls that a test
+// chooses.
 #pragma once
 
 #include <algorithm>

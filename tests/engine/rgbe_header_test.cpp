@@ -52,7 +52,8 @@ TEST(Header, SignsOfTheAxesDoNotMatter) {
 TEST(Header, AxesAreToldApartByCase) { EXPECT_EQ(sizesOf("#\n-y 8 +x 9\n-Y 3 +X 4\n"), "4x3"); }
 
 TEST(Header, MagicFormatAndExposureLinesArePassedOverUnread) {
-    EXPECT_EQ(sizesOf("no magic\nFORMAT=nonsense\nEXPOSURE=-1e99\n# -Y 1 +X 1\nx -Y 1 +X 1\n-Y 3 +X 4\n"), "4x3");
+    EXPECT_EQ(sizesOf("no magic\nFORMAT=nonsense\nEXPOSURE=-1e99\n# -Y 1 +X 1\nx -Y 1 +X 1\n-Y 3 +X 4\n"),
+              "4x3");
 }
 
 TEST(Header, TheFirstByteOfTheFileIsNeverRead) {
@@ -118,6 +119,8 @@ TEST(Header, SizesMayBeZero) {
     EXPECT_EQ(sizesOf("#\n-Y 0 +X 4\n"), "4x0");
     EXPECT_EQ(sizesOf("#\n-Y 3 +X 0\n"), "0x3");
 }
+
+TEST(Header, SizesMayHaveAPlusSign) { EXPECT_EQ(sizesOf("#\n-Y +3 +X +4\n"), "4x3"); }
 
 TEST(Header, SizesMayBeTheLargest32BitInteger) {
     EXPECT_EQ(sizesOf("#\n-Y 2147483647 +X 2147483647\n"), "2147483647x2147483647");

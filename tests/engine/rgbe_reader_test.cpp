@@ -28,12 +28,12 @@ struct Scanline {
         return file;
     }
 
-    ScanlineResult read(std::uint32_t maxRuns = kAllRuns) { return readScanline(file.cursor, store, 0, maxRuns); }
+    ScanlineResult read(std::uint32_t maxRuns = kAllRuns) {
+        return readScanline(file.cursor, store, 0, maxRuns);
+    }
 
     /// A component's row with the extra column.
-    [[nodiscard]] Plane plane(int c) const {
-        return {store.row(c, 0), store.row(c, 0) + store.dimX() + 1};
-    }
+    [[nodiscard]] Plane plane(int c) const { return {store.row(c, 0), store.row(c, 0) + store.dimX() + 1}; }
 };
 
 TEST(Reader, FillsAPlaneFromARepeatRun) {

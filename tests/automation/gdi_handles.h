@@ -1,0 +1,11 @@
+// How many objects of the drawing system the process holds, counted by how many more it gets.
+#pragma once
+
+#include <cstddef>
+
+namespace host {
+
+/// Makes objects until the system refuses, and gives them all back. Fewer than before means that some leaked.
+std::size_t freeGdiHandles();
+
+}  // namespace host

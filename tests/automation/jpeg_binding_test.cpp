@@ -1,0 +1,307 @@
+// How the component finds the codec library, what it hands over, and what it tells the user.
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string>
+
+#include "com/module.h"
+#include "com/variant_convert.h"
+#include "common/engine/error.h"
+#include "fake_codec/fake_codec.h"
+#include "foreign_reader.h"
+#include "host.h"
+#include "message_box_watcher.h"
+#include "raster/cDIBSection.h"
+#include "raster/mIntelJPEGLibrary.h"
+#include "throwaway_folder.h"
+
+using vrx::cDIBSection;
+using vrx::SaveJPG;
+
+namespace {
+
+using fake_codec::Journal;
+
+std::u16string asText(const std::wstring& text) { return {text.begin(), text.end()}; }
+
+/// The library's own folder becomes that of a module, for as long as this exists.
+class OwnFolder {
+  public:
+    explicit OwnFolder(HMODULE module) : before_(vrx::moduleInstance()) { vrx::storeModuleInstance(module); }
+    OwnFolder(const OwnFolder&) = delete;
+    OwnFolder& operator=(const OwnFolder&) = delete;
+    ~OwnFolder() { vrx::storeModuleInstance(before_); }
+
+  private:
+    HINSTANCE before_;
+};
+
+std::wstring fakeCodec(const wchar_t* name) { return host::programFolder() + L"\\" + name + L"\\ijl10.dll"; }
+
+/// The component in a folder that has nothing else in it.
+class FolderWithoutCodec {
+  public:
+    FolderWithoutCodec() : module_(load(folder_ / L"component.dll")), own_(module_.get()) {}
+
+    [[nodiscard]] const host::ThrowawayFolder& folder() const { return folder_; }
+
+  private:
+    static HMODULE load(const std::wstring& path) {
+        CopyFileW(fakeCodec(L"complete_codec").c_str(), path.c_str(), TRUE);
+        return LoadLibraryW(path.c_str());
+    }
+
+    host::ThrowawayFolder folder_;
+    vrx::Module module_;
+    OwnFolder own_;
+};
+
+/// The real library in the system's folder.
+class SystemCodec {
+  public:
+    SystemCodec() {
+        std::array<wchar_t, MAX_PATH> system{};
+        GetSystemDirectoryW(system.data(), MAX_PATH);
+        path_ = std::wstring(system.data()) + L"\\ijl10.dll";
+        copied_ = CopyFileW((host::programFolder() + L"\\ijl10.dll").c_str(), path_.c_str(), TRUE) != FALSE;
+    }
+    SystemCodec(const SystemCodec&) = delete;
+    SystemCodec& operator=(const SystemCodec&) = delete;
+    ~SystemCodec() {
+        if (copied_) DeleteFileW(path_.c_str());
+    }
+
+    [[nodiscard]] bool copied() const { return copied_; }
+
+  private:
+    std::wstring path_;
+    bool copied_;
+};
+
+/// The recording library beside the component.
+class RecordingCodec {
+  public:
+    RecordingCodec() : module_(LoadLibraryW(fakeCodec(L"complete_codec").c_str())), own_(module_.get()) {
+        using Answer = Journal*(WINAPI*)();
+        const auto answer =
+            reinterpret_cast<Answer>(reinterpret_cast<void*>(GetProcAddress(module_.get(), "codecJournal")));
+        journal = answer();
+        *journal = {};
+    }
+
+    /// A field of the record when it was written, by its offset.
+    [[nodiscard]] std::int32_t field(std::size_t offset) const {
+        std::int32_t value;
+        std::memcpy(&value, journal->recordAtWrite + offset, sizeof value);
+        return value;
+    }
+
+    Journal* journal;
+
+  private:
+    vrx::Module module_;
+    OwnFolder own_;
+};
+
+std::int32_t numberOf(const void* address) {
+    return static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(address));
+}
+
+vrx::Error errorOf(const cDIBSection& section) {
+    try {
+        SaveJPG(section, u"picture.jpg", 90);
+    } catch (const vrx::Error& error) {
+        return error;
+    }
+    return {};
+}
+
+TEST(JpegBinding, FillsInTheEightFieldsAndLeavesTheOthersAsTheLibrarySetThem) {
+    const RecordingCodec codec;
+    cDIBSection section;
+    ASSERT_TRUE(section.Create(10, 7));
+    EXPECT_TRUE(SaveJPG(section, u"picture.jpg", 83));
+    EXPECT_STREQ(codec.journal->calls, "IWF");
+    EXPECT_EQ(codec.journal->request, 8);
+    EXPECT_STREQ(codec.journal->fileName, "picture.jpg");
+
+    EXPECT_EQ(codec.field(4), numberOf(section.DIBSectionBitsPtr()));
+    EXPECT_EQ(codec.field(8), 10);   // width of the pixels
+    EXPECT_EQ(codec.field(12), 7);   // height: bottom-up
+    EXPECT_EQ(codec.field(16), 2);   // padding: 30 bytes to 32
+    EXPECT_EQ(codec.field(44), 10);  // width of the JPEG
+    EXPECT_EQ(codec.field(48), 7);   // height of the JPEG
+    EXPECT_EQ(codec.field(80), 83);  // quality
+
+    constexpr std::array<std::size_t, 8> kOurs = {4, 8, 12, 16, 32, 44, 48, 80};
+    for (std::size_t offset = 0; offset < fake_codec::kRecordSize; offset += 4) {
+        if (std::ranges::find(kOurs, offset) != kOurs.end()) continue;
+        ASSERT_EQ(codec.field(offset), 0x5A5A5A5A) << "offset " << offset;
+    }
+}
+
+TEST(JpegBinding, HandsOverARecordOfZerosToBeInitialised) {
+    const RecordingCodec codec;
+    std::memset(codec.journal->recordAtInit, 0xFF, fake_codec::kRecordSize);
+    SaveJPG(cDIBSection(), u"picture.jpg", 90);
+    for (std::size_t i = 0; i < fake_codec::kRecordSize; ++i)
+        ASSERT_EQ(codec.journal->recordAtInit[i], 0) << i;
+}
+
+TEST(JpegBinding, AWidthWhoseRowsAreAMultipleOf4GivesDIBPadBytes0AndAWidthOf1Gives1AndAWidthOf2Gives2) {
+    const RecordingCodec codec;
+    for (const auto& [width, padding] : {std::pair{4, 0}, {1, 1}, {2, 2}, {3, 3}, {8, 0}}) {
+        cDIBSection section;
+        ASSERT_TRUE(section.Create(width, 2));
+        EXPECT_TRUE(SaveJPG(section, u"picture.jpg", 90));
+        EXPECT_EQ(codec.field(16), padding) << "width " << width;
+    }
+}
+
+TEST(JpegBinding, AFileNameWithCharactersOutsideThe8BitCodePageIsConvertedByTheSystemsReplacementRules) {
+    const RecordingCodec codec;
+    SaveJPG(cDIBSection(), u"a \u0905\u0906.jpg", 90);  // letters of no 8-bit code page
+    EXPECT_STREQ(codec.journal->fileName, "a ??.jpg");
+    if (GetACP() != 1252) GTEST_SKIP() << "the other names are those of the Western code page";
+    SaveJPG(cDIBSection(), u"\u00E9t\u00E9 \u0100.jpg", 90);
+    EXPECT_STREQ(codec.journal->fileName, "\xE9t\xE9 A.jpg");
+}
+
+TEST(JpegBinding, HandsOverAnyQualityUnchecked) {
+    const RecordingCodec codec;
+    for (const int quality : {0, -1, 1000, INT32_MIN}) {
+        EXPECT_TRUE(SaveJPG(cDIBSection(), u"picture.jpg", quality));
+        EXPECT_EQ(codec.field(80), quality);
+    }
+}
+
+TEST(JpegBinding, ShowsTheCodeOfAFailureToInitialiseAndCallsNothingElse) {
+    const RecordingCodec codec;
+    codec.journal->initResult = -17;
+    host::MessageBoxWatcher watcher;
+    EXPECT_FALSE(SaveJPG(cDIBSection(), u"picture.jpg", 90));
+    const auto boxes = watcher.boxes();
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_EQ(boxes[0].text, L"Failed to initialise the IJL library: -17");
+    EXPECT_TRUE(boxes[0].exclamation);
+    EXPECT_TRUE(boxes[0].onlyOk);
+    EXPECT_STREQ(codec.journal->calls, "I");
+}
+
+TEST(JpegBinding, ShowsAFailureToWriteAndGivesTheRecordBack) {
+    const RecordingCodec codec;
+    codec.journal->writeResult = -3;
+    host::MessageBoxWatcher watcher;
+    EXPECT_FALSE(SaveJPG(cDIBSection(), u"picture.jpg", 90));
+    const auto boxes = watcher.boxes();
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_EQ(boxes[0].text, L"Failed to save to JPG");
+    EXPECT_TRUE(boxes[0].exclamation);
+    EXPECT_TRUE(boxes[0].onlyOk);
+    EXPECT_STREQ(codec.journal->calls, "IWF");
+}
+
+TEST(JpegBinding, WithoutTheLibraryIsFileNotFoundAndNamesIt) {
+    const FolderWithoutCodec own;
+    const vrx::Error error = errorOf(cDIBSection());
+    EXPECT_EQ(error.number, 53);
+    EXPECT_TRUE(error.description == u"File not found: ijl10.dll");
+}
+
+TEST(JpegBinding, WithALibraryThatLacksAnEntryPointNamesTheEntryPoint) {
+    const vrx::Module incomplete(LoadLibraryW(fakeCodec(L"incomplete_codec").c_str()));
+    ASSERT_TRUE(incomplete);
+    const OwnFolder own(incomplete.get());
+    const vrx::Error error = errorOf(cDIBSection());
+    EXPECT_EQ(error.number, 453);
+    EXPECT_TRUE(error.description == u"Can't find DLL entry point ijlWrite in ijl10.dll");
+}
+
+TEST(JpegBinding, NeverTakesALibraryFromTheCurrentFolder) {
+    const FolderWithoutCodec own;
+    std::array<wchar_t, MAX_PATH> before{};
+    GetCurrentDirectoryW(MAX_PATH, before.data());
+    ASSERT_TRUE(SetCurrentDirectoryW((host::programFolder() + L"\\complete_codec").c_str()));
+    const vrx::Error error = errorOf(cDIBSection());
+    SetCurrentDirectoryW(before.data());
+    EXPECT_EQ(error.number, 53);
+}
+
+TEST(JpegBinding, TakesTheLibraryOfTheSystemFolderWhereItsOwnFolderHasNone) {
+    const SystemCodec codec;
+    if (!codec.copied()) GTEST_SKIP() << "the system folder takes no file";
+    const FolderWithoutCodec own;
+    const host::ThrowawayFolder folder;
+    cDIBSection section;
+    ASSERT_TRUE(section.Create(8, 8));
+    EXPECT_TRUE(SaveJPG(section, asText(folder / L"picture.jpg"), 90));
+    EXPECT_TRUE(host::exists(folder / L"picture.jpg"));
+}
+
+TEST(JpegBinding, PrefersTheLibraryOfItsOwnFolder) {
+    const SystemCodec other;
+    if (!other.copied()) GTEST_SKIP() << "the system folder takes no file";
+    const RecordingCodec codec;
+    EXPECT_TRUE(SaveJPG(cDIBSection(), u"picture.jpg", 90));
+    EXPECT_STREQ(codec.journal->calls, "IWF");
+}
+
+TEST(JpegBinding, WritesASectionUprightAndInItsColorsThroughTheRealLibrary) {
+    const host::ThrowawayFolder folder;
+    cDIBSection section;
+    ASSERT_TRUE(section.Create(50, 40));
+    const RECT top{0, 0, 50, 20};
+    const RECT bottom{0, 20, 50, 40};
+    const HBRUSH red = CreateSolidBrush(RGB(255, 0, 0));
+    const HBRUSH blue = CreateSolidBrush(RGB(0, 0, 255));
+    FillRect(section.hDC(), &top, red);
+    FillRect(section.hDC(), &bottom, blue);
+    DeleteObject(red);
+    DeleteObject(blue);
+    GdiFlush();
+    ASSERT_TRUE(SaveJPG(section, asText(folder / L"picture.jpg"), 90));
+
+    const vrx::test::Picture picture = vrx::test::readByAnother(host::readBytes(folder / L"picture.jpg"));
+    ASSERT_EQ(picture.width, 50U);
+    ASSERT_EQ(picture.height, 40U);
+    EXPECT_GT(picture.pixel(25, 5)[0], 250);
+    EXPECT_LT(picture.pixel(25, 5)[2], 5);
+    EXPECT_GT(picture.pixel(25, 35)[2], 250);
+    EXPECT_LT(picture.pixel(25, 35)[0], 5);
+}
+
+TEST(JpegBinding, TellsTheUserOfAPlaceThatCannotBeWritten) {
+    const host::ThrowawayFolder folder;
+    cDIBSection section;
+    ASSERT_TRUE(section.Create(8, 8));
+    host::MessageBoxWatcher watcher;
+    EXPECT_FALSE(SaveJPG(section, asText(folder / L"nowhere\\picture.jpg"), 90));
+    const auto boxes = watcher.boxes();
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_EQ(boxes[0].text, L"Failed to save to JPG");
+    EXPECT_TRUE(folder.names().empty());
+}
+
+TEST(JpegBinding, TellsTheUserOfASectionThatHoldsNothing) {
+    const host::ThrowawayFolder folder;
+    host::MessageBoxWatcher watcher;
+    EXPECT_FALSE(SaveJPG(cDIBSection(), asText(folder / L"picture.jpg"), 90));
+    EXPECT_EQ(watcher.boxes().size(), 1U);
+    EXPECT_TRUE(folder.names().empty());
+}
+
+TEST(JpegBinding, LetsTheLibraryGoAfterEachCall) {
+    const FolderWithoutCodec own;
+    const std::wstring library = own.folder() / L"ijl10.dll";
+    ASSERT_TRUE(CopyFileW((host::programFolder() + L"\\ijl10.dll").c_str(), library.c_str(), TRUE));
+    cDIBSection section;
+    ASSERT_TRUE(section.Create(8, 8));
+    EXPECT_TRUE(SaveJPG(section, asText(own.folder() / L"picture.jpg"), 90));
+    EXPECT_EQ(GetModuleHandleW(library.c_str()), nullptr);
+}
+
+}  // namespace
