@@ -1,58 +1,12 @@
-// Speed of the HDR engine, in nanoseconds per pixel on one thread, beside other libraries where they are
-// installed.
-#include <benchmark/benchmark.h>
-
-#include <map>
-#include <span>
-#include <utility>
-#include <vector>
-
+// Speed of the HDR engine, in nanoseconds per pixel on one thread; bench_hdr_peers.cpp puts other libraries
+// beside it.
 #include "hdr/engine/rgbe_header.h"
 #include "hdr/engine/rgbe_reader.h"
-#include "hdr/engine/rgbe_writer.h"
 #include "hdr/engine/tone_painter.h"
-#include "noise_picture.h"
+#include "hdr_sample.h"
 
 namespace vrx::bench {
 namespace {
-
-/// A file in memory; room that it has once it keeps.
-class MemoryFile final : public ByteSink {
-  public:
-    void write(std::span<const std::uint8_t> bytes) override {
-        bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
-    }
-    void clear() { bytes_.clear(); }
-    [[nodiscard]] std::span<const std::uint8_t> span() const { return bytes_; }
-
-  private:
-    std::vector<std::uint8_t> bytes_;
-};
-
-struct Sample {
-    RgbeStore store;
-    MemoryFile file;
-};
-
-/// A picture and its file, made once for each width; twice as wide as high.
-const Sample& sampleOf(const benchmark::State& state) {
-    static std::map<int, Sample> samples;
-    const int width = static_cast<int>(state.range(0));
-    auto found = samples.find(width);
-    if (found == samples.end()) {
-        RgbeStore store = noisePicture(width, width / 2);
-        MemoryFile file;
-        encodeRgbe(store, width, width / 2, file);
-        found = samples.emplace(width, Sample{std::move(store), std::move(file)}).first;
-    }
-    return found->second;
-}
-
-void reportPerPixel(benchmark::State& state) {
-    const double pixels = static_cast<double>(state.range(0)) * static_cast<double>(state.range(0) / 2);
-    state.counters["ns/px"] = benchmark::Counter(
-        pixels / 1e9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
 
 void readRows(RgbeCursor& cursor, RgbeStore& store) {
     for (int y = 0; y < store.dimY(); ++y) benchmark::DoNotOptimize(readScanline(cursor, store, y));
@@ -141,8 +95,6 @@ void encode(benchmark::State& state) {
     }
     reportPerPixel(state);
 }
-
-#define VRX_PICTURE_SIZES Arg(1024)->Arg(4096)->Unit(benchmark::kMillisecond)
 
 BENCHMARK(decodeAgain)->VRX_PICTURE_SIZES;
 BENCHMARK(decodeNew)->VRX_PICTURE_SIZES;
