@@ -7,7 +7,7 @@ usage() {
     cat <<'TEXT'
 VrxCommon: a COM automation component for HDR pictures (32-bit Windows), built and tested on Debian 12.
 
-  ./vrx demo [PICTURE.hdr] [OUTDIR]  write exposures of a picture as BMP files, through a script host in Wine;
+  ./vrx demo [PICTURE.hdr] [OUTDIR]  write exposures of a picture as BMP and JPEG, through a script host in Wine;
                                      without a picture, one is made (OUTDIR: build/demo)
   ./vrx test                         run every test: engine, component in Wine, fuzz corpus
   ./vrx build                        build the component, its tests and samples into build/win32/bin

@@ -6,20 +6,8 @@
 . "$tools/tally.sh"
 
 component=$(windows_path "$build/win32/bin/VrxCommon.dll")
+settings=$(windows_path "$build/win32/bin/VrxSettings.dll")
 logs=$build/automation_logs
-
-# check NAME COMMAND... - runs one test, prints its outcome, counts it.
-check() {
-    local name=$1
-    shift
-    if "$@"; then
-        echo "passed: $name"
-        tally 1 0
-    else
-        echo "FAILED: $name"
-        tally 0 1
-    fi
-}
 
 # run_script SCRIPT - the script host ends with status 0 even after an error, so the last line must be OK.
 run_script() {
@@ -33,15 +21,17 @@ mkdir -p "$logs"
 cd "$throwaway_folder"
 say "Automation tests"
 check "the component registers" in_wine 60 regsvr32 /s "$component"
-
-# Output goes to files: a process left behind by a hung test would keep a pipe open.
-status=0
-in_wine 600 "$build/win32/bin/automation_tests.exe" >"$logs/automation_tests.log" 2>&1 || status=$?
-tr -d '\r' <"$logs/automation_tests.log"
-tally_googletest "$logs/automation_tests.log" "$status"
+check "the settings component registers" in_wine 60 regsvr32 /s "$settings"
 
 for script in "$repo"/tests/automation/scripts/*.{vbs,js}; do
     check "${script##*/}" run_script "$script"
 done
 
+# Its output goes to a file: a process left behind by a hung test would keep a pipe open for ever.
+status=0
+in_wine 600 "$build/win32/bin/automation_tests.exe" >"$logs/automation_tests.log" 2>&1 || status=$?
+tr -d '\r' <"$logs/automation_tests.log"
+tally_googletest "$logs/automation_tests.log" "$status"
+
+check "the settings component unregisters" in_wine 60 regsvr32 /u /s "$settings"
 check "the component unregisters" in_wine 60 regsvr32 /u /s "$component"

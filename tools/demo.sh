@@ -1,5 +1,5 @@
 #!/bin/bash
-# demo.sh [PICTURE.hdr] [OUTDIR] - writes exposures of a picture as BMP files, through a script host in Wine.
+# demo.sh [PICTURE.hdr] [OUTDIR] - writes exposures of a picture as BMP and JPEG files, through a script host in Wine.
 
 . "$(dirname "$0")/common.sh"
 . "$tools/wine_session.sh"
@@ -21,12 +21,12 @@ fi
 say "Writing exposures of $picture"
 started=$build/demo-started
 touch "$started"
-in_wine 600 cscript //nologo "$(windows_path "$repo/samples/vbscript/hdr_to_bmp.vbs")" \
+in_wine 600 cscript //nologo "$(windows_path "$repo/samples/vbscript/exposures.vbs")" \
     "$(windows_path "$picture")" "$(windows_path "$outdir")"
 
 # The script host ends with status 0 even after an error, so the picture that the script writes last is the proof.
 name=${picture##*/}
-last=$outdir/${name%.*}_auto.bmp
+last=$outdir/${name%.*}_auto.jpg
 [[ $last -nt $started ]] || die "the script did not get as far as $last"
 say "Written:"
-find "$outdir" -maxdepth 1 -name '*.bmp' -newer "$started" | sort
+find "$outdir" -maxdepth 1 \( -name '*.bmp' -o -name '*.jpg' \) -newer "$started" | sort

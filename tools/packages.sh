@@ -6,7 +6,7 @@ packages_of() {
     local group
     for group in "$@"; do
         sed -n "s/^$group: *//p" "$tools/packages.txt" | tr ' ' '\n'
-    done
+    done | sort -u
 }
 
 # missing_packages GROUP... - prints those that are not installed.

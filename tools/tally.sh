@@ -6,6 +6,19 @@ tally_file=$build/tally
 # tally PASSED FAILED - adds a result.
 tally() { echo "$1 $2" >>"$tally_file"; }
 
+# check NAME COMMAND... - runs one test, prints its outcome, counts it.
+check() {
+    local name=$1
+    shift
+    if "$@"; then
+        echo "passed: $name"
+        tally 1 0
+    else
+        echo "FAILED: $name"
+        tally 0 1
+    fi
+}
+
 # tally_googletest LOG STATUS - counts a GoogleTest program's output; a test that never ended counts as failed.
 tally_googletest() {
     local log=$1 status=$2 started passed skipped failed

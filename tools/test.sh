@@ -16,6 +16,7 @@ ctest --test-dir "$build/native" --output-on-failure --no-tests=error --timeout 
 tally_ctest "$build/engine_tests.log"
 
 "$tools/build.sh"
+"$tools/structure_tests.sh"
 "$tools/automation_tests.sh"
 "$tools/fuzz_replay.sh"
 

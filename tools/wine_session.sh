@@ -75,6 +75,8 @@ make_template() (
     in_wine 120 wineboot --init >/dev/null 2>&1 || exit 1
     # A crash prints its stack and ends the program; the debugger's dialog would wait for a click.
     in_wine 60 reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null || exit 1
+    # There is no window manager to wait for when a window closes.
+    in_wine 60 reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null || exit 1
     echo 'WScript.Echo "runs"' >"$work/check.vbs"
     [[ $(in_wine 60 cscript //nologo "$(windows_path "$work/check.vbs")") == runs* ]] || exit 1
     rm "$work/check.vbs"

@@ -1,5 +1,6 @@
 // make_sky OUT.hdr
-// Computes a sky with a sun over a plain, hands the pixels to CVrxHDR as RGBE bytes and lets it write the file.
+// Computes a sky with a sun over a plain, hands the pixels to CVrxHDR as RGBE bytes and lets it write the
+// file.
 #include <windows.h>
 
 #include <oleauto.h>
@@ -106,6 +107,7 @@ int wmain(int count, wchar_t** arguments) {
         result = writeSky(arguments[1]);
         CoUninitialize();
     }
-    if (FAILED(result)) std::fprintf(stderr, "make_sky: failed with 0x%08lX\n", static_cast<unsigned long>(result));
+    if (FAILED(result))
+        std::fprintf(stderr, "make_sky: failed with 0x%08lX\n", static_cast<unsigned long>(result));
     return SUCCEEDED(result) ? 0 : 1;
 }

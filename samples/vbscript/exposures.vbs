@@ -1,13 +1,13 @@
-' cscript //nologo hdr_to_bmp.vbs PICTURE.hdr FOLDER
-' Loads a Radiance HDR picture, prints its size and some linear pixel values, and writes it as BMP files at three
-' exposures, plus one with automatic exposition.
+' cscript //nologo exposures.vbs PICTURE.hdr FOLDER
+' Loads a Radiance HDR picture, prints its size and some linear pixel values, and writes it as BMP and JPEG files at
+' three exposures, plus one with automatic exposition.
 Option Explicit
 
 Const Gamma = 2.2
 
-Dim hdr, files, source, folder, base
+Dim hdr, image, files, source, folder, base
 If WScript.Arguments.Count <> 2 Then
-    WScript.Echo "usage: hdr_to_bmp.vbs PICTURE.hdr FOLDER"
+    WScript.Echo "usage: exposures.vbs PICTURE.hdr FOLDER"
     WScript.Quit 2
 End If
 source = WScript.Arguments(0)
@@ -16,6 +16,7 @@ Set files = CreateObject("Scripting.FileSystemObject")
 base = files.BuildPath(folder, files.GetBaseName(source))
 
 Set hdr = CreateObject("VrxCommon.CVrxHDR")
+Set image = CreateObject("VrxCommon.CVrxImage")
 hdr.Load_HDR source, False
 WScript.Echo files.GetFileName(source) & ": " & hdr.DimX & " x " & hdr.DimY & " pixels"
 
@@ -24,24 +25,27 @@ PrintPixel hdr.DimX \ 2, hdr.DimY \ 2
 PrintPixel hdr.DimX \ 4, hdr.DimY - 1
 
 ' A linear value of 1 becomes 1 of 255: the exposure, in stops, brings the picture up.
-WriteBmp 14
-WriteBmp 16
-WriteBmp 18
+WriteExposure 14
+WriteExposure 16
+WriteExposure 18
 
 hdr.AutoExposition = True
 hdr.Exposure = 16
 hdr.Gamma = Gamma
 hdr.Convert_HDR_to_BMP base & "_auto.bmp"
-WScript.Echo "wrote " & base & "_auto.bmp"
+WriteJpeg base & "_auto"
 
 Sub PrintPixel(x, y)
     WScript.Echo "linear at " & x & "," & y & ": red " & hdr.Get_Compo(x, y, 0) & _
         ", green " & hdr.Get_Compo(x, y, 1) & ", blue " & hdr.Get_Compo(x, y, 2)
 End Sub
 
-Sub WriteBmp(stops)
-    Dim name
-    name = base & "_" & stops & ".bmp"
-    hdr.Convert_HDR_to_BMP name, stops, Gamma
-    WScript.Echo "wrote " & name
+Sub WriteExposure(stops)
+    hdr.Convert_HDR_to_BMP base & "_" & stops & ".bmp", stops, Gamma
+    WriteJpeg base & "_" & stops
+End Sub
+
+Sub WriteJpeg(name)
+    image.Convert_BMP_to_JPG name & ".jpg", 90, name & ".bmp"
+    WScript.Echo "wrote " & name & ".bmp and .jpg"
 End Sub

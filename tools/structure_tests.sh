@@ -1,0 +1,11 @@
+#!/bin/bash
+# Tests rules that the sources and the built files keep; each script's name is its rule. Adds the results to the tally.
+
+. "$(dirname "$0")/common.sh"
+. "$tools/tally.sh"
+
+say "Structure tests"
+for script in "$repo"/tests/structure/*.sh; do
+    name=${script##*/}
+    check "${name%.sh}" bash "$script"
+done
