@@ -149,11 +149,13 @@ start_throwaway_session() {
     start_session "$throwaway_folder/prefix"
 }
 
-# start_project_session - opens a session in the project's prefix and registers the built component in it.
+# start_project_session - opens a session in the project's prefix and registers the built components in it.
 start_project_session() {
-    local component=$build/win32/bin/VrxCommon.dll
+    local library
     start_session "$build/wine-prefix"
-    in_wine 60 regsvr32 /s "$(windows_path "$component")" || die "could not register $component"
+    for library in "$build"/win32/bin/{VrxCommon,VrxSettings}.dll; do
+        in_wine 60 regsvr32 /s "$(windows_path "$library")" || die "could not register $library"
+    done
 }
 
 end_session() {

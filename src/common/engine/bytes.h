@@ -63,7 +63,7 @@ class ZeroedBytes {
     /// All zero again in another size. Memory of the same size is kept: clearing it costs less than new
     /// pages.
     void reset(std::uint64_t size) {
-        if (data_ && size == size_) {
+        if (data_ && size == size_ && size <= kMaxKept) {
             std::memset(data_.get(), 0, size_);
             return;
         }

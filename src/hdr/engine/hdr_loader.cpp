@@ -85,9 +85,9 @@ void HdrLoader::readRows(Run& run) {
     picture_.resetStore(run.preview);
     run.generation = picture_.generation();
     const std::int32_t rows = picture_.dimY();
-    for (std::int32_t y = 0; y < rows && !run.left; ++y) {
+    for (std::int32_t y = 0; y < rows; ++y) {
         readRow(run, y);
-        if (run.preview && !showRow(run, y)) return;
+        if (run.left || (run.preview && !showRow(run, y))) return;
     }
 }
 
