@@ -6,14 +6,16 @@ namespace host {
 namespace {
 
 constexpr std::chrono::milliseconds kInterval(5);
+constexpr int kReadingChecks = 100;
 constexpr int kClosingChecks = 400;
+// Waits for a thread that the system takes for hung as well, because it was busy before it showed its box.
 constexpr UINT kAnswerTime = 1000;
 
 std::wstring textOf(HWND window) {
     wchar_t text[1024] = {};
     DWORD_PTR length = 0;
-    SendMessageTimeoutW(window, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
-                        kAnswerTime, &length);
+    SendMessageTimeoutW(window, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text), SMTO_NORMAL, kAnswerTime,
+                        &length);
     return text;
 }
 
@@ -25,7 +27,7 @@ std::wstring classOf(HWND window) {
 
 HICON iconOf(HWND window) {
     DWORD_PTR icon = 0;
-    SendMessageTimeoutW(window, STM_GETICON, 0, 0, SMTO_ABORTIFHUNG, kAnswerTime, &icon);
+    SendMessageTimeoutW(window, STM_GETICON, 0, 0, SMTO_NORMAL, kAnswerTime, &icon);
     return reinterpret_cast<HICON>(icon);
 }
 
@@ -40,16 +42,31 @@ MessageBox read(HWND window) {
         if (name != L"Static") continue;
         if ((GetWindowLongW(child, GWL_STYLE) & SS_TYPEMASK) == SS_ICON) {
             box.exclamation = iconOf(child) == LoadIconW(nullptr, IDI_EXCLAMATION);
+            box.critical = iconOf(child) == LoadIconW(nullptr, IDI_ERROR);
         } else if (const std::wstring text = textOf(child); !text.empty()) {
             box.text = text;
         }
     }
     box.onlyOk = buttons == 1;
+    box.yesNo = buttons == 2 && GetDlgItem(window, IDYES) && GetDlgItem(window, IDNO);
     return box;
 }
 
+/// A box that has just come may have no texts yet.
+MessageBox readWhole(HWND window) {
+    MessageBox box = read(window);
+    for (int i = 0; i < kReadingChecks && box.title.empty(); ++i) {
+        std::this_thread::sleep_for(kInterval);
+        box = read(window);
+    }
+    return box;
+}
+
+/// Dialogs whose size the user can change are no message boxes.
 BOOL CALLBACK findBox(HWND window, LPARAM found) {
-    if (classOf(window) != L"#32770" || !IsWindowVisible(window)) return TRUE;
+    if (classOf(window) != L"#32770" || !IsWindowVisible(window) ||
+        (GetWindowLongW(window, GWL_STYLE) & WS_THICKFRAME) != 0)
+        return TRUE;
     *reinterpret_cast<HWND*>(found) = window;
     return FALSE;
 }
@@ -76,8 +93,8 @@ void MessageBoxWatcher::watch() {
         HWND box = nullptr;
         EnumThreadWindows(watched_, findBox, reinterpret_cast<LPARAM>(&box));
         if (!box) continue;
-        boxes_.push_back(read(box));
-        PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(answer_), 0);
+        boxes_.push_back(readWhole(box));
+        PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(GetDlgItem(box, answer_) ? answer_ : IDOK), 0);
         for (int i = 0; i < kClosingChecks && IsWindow(box); ++i) std::this_thread::sleep_for(kInterval);
     }
 }

@@ -13,4 +13,11 @@ std::size_t freeGdiHandles() {
     return pens.size();
 }
 
+std::size_t freeUserHandles() {
+    std::vector<HMENU> menus;
+    while (const HMENU menu = CreatePopupMenu()) menus.push_back(menu);
+    for (const HMENU menu : menus) DestroyMenu(menu);
+    return menus.size();
+}
+
 }  // namespace host

@@ -26,7 +26,7 @@ STDMETHODIMP Effects::Blur_Buffer(VARIANT* Buffer, long, long) {
     return run([&] { onBuffer(*Buffer); });
 }
 
-STDMETHODIMP Effects::MedianCut_Buffer(VARIANT*, long, long) { return refuse(); }
+STDMETHODIMP Effects::MedianCut_Buffer(VARIANT*, long, long) { return E_NOTIMPL; }
 
 STDMETHODIMP Effects::ColorToBN(BSTR FileName, long PictureHDC, long ImageHandle, VARIANT_BOOL* TwoColor,
                                 unsigned char* Threshold, VARIANT_BOOL* HoldProportion, long* Width,

@@ -1,5 +1,7 @@
 #include "codec_library.h"
 
+#include <cstring>
+
 #include "host.h"
 
 namespace host {
@@ -38,7 +40,7 @@ Record::Record(vrx::test::HostPixels& pixels) : Record() {
 }
 
 void Record::setAddress(RecordField field, const void* address) {
-    (*this)[field] = static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(address));
+    std::memcpy(&(*this)[field], &address, sizeof address);
 }
 
 void Record::setMemory(FileBytes& bytes) {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "picture.h"
+#include "record_offsets.h"
 #include "throwaway_folder.h"
 
 namespace host {
@@ -36,37 +37,24 @@ class CodecLibrary {
 
 const CodecLibrary& codec();
 
-/// Fields by their offsets.
-enum class RecordField {
-    DIBBytes = 4,
-    DIBWidth = 8,
-    DIBHeight = 12,
-    DIBPadBytes = 16,
-    JPGFile = 32,
-    JPGBytes = 36,
-    JPGSizeBytes = 40,
-    JPGWidth = 44,
-    JPGHeight = 48,
-    JPGChannels = 52,
-    jquality = 80,
-};
+using vrx::test::RecordField;
 
-/// 20084 bytes that the library has initialised.
+/// A record that the library has initialised.
 class Record {
   public:
     Record();
     /// Describes pixels, and a JPEG of the same size and quality 90.
     explicit Record(vrx::test::HostPixels& pixels);
 
-    [[nodiscard]] std::int32_t* data() { return fields_.data(); }
-    std::int32_t& operator[](RecordField field) { return fields_[static_cast<std::size_t>(field) / 4]; }
+    [[nodiscard]] std::int32_t* data() { return words_.data(); }
+    std::int32_t& operator[](RecordField field) { return words_[vrx::test::wordOf(field)]; }
 
     void setAddress(RecordField field, const void* address);
     void setFile(const std::string& name) { setAddress(RecordField::JPGFile, name.c_str()); }
     void setMemory(FileBytes& bytes);
 
   private:
-    std::array<std::int32_t, 20084 / 4> fields_{};
+    alignas(void*) std::array<std::int32_t, vrx::test::kRecordSize / 4> words_{};
 };
 
 /// A path in the system's 8-bit code page.

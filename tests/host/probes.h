@@ -60,23 +60,22 @@ class Image final : public vrx::ObjectBase<_CVrxImage> {
     long width = 0;       ///< biWidth that Set_BMP found; Get_BMP leaves 77 and the bytes 5, 6, 7
     std::u16string path;  ///< from Save_BMP, which leaves "changed" and returns "saved"
 
-    STDMETHODIMP get_REGKEY(BSTR* value) override { return refuse(value); }
-    STDMETHODIMP put_REGKEY(BSTR) override { return refuse(); }
-    STDMETHODIMP get_DimX(long* value) override { return refuse(value); }
-    STDMETHODIMP get_DimY(long* value) override { return refuse(value); }
-    STDMETHODIMP Load(BSTR, BSTR* value) override { return refuse(value); }
-    STDMETHODIMP Get_Picture(float, long, float, long, float, long, float, long,
-                             IPictureDisp** value) override {
-        return refuse(value);
+    STDMETHODIMP get_REGKEY(BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP put_REGKEY(BSTR) override { return E_NOTIMPL; }
+    STDMETHODIMP get_DimX(long*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_DimY(long*) override { return E_NOTIMPL; }
+    STDMETHODIMP Load(BSTR, BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP Get_Picture(float, long, float, long, float, long, float, long, IPictureDisp**) override {
+        return E_NOTIMPL;
     }
-    STDMETHODIMP See(BSTR) override { return refuse(); }
+    STDMETHODIMP See(BSTR) override { return E_NOTIMPL; }
     STDMETHODIMP Set_BMP(SAFEARRAY** r_arBMP, BmpInfo* r_BmpInfo) override;
     STDMETHODIMP Get_BMP(SAFEARRAY** r_arBMP, BmpInfo* r_BmpInfo) override;
-    STDMETHODIMP Cls() override { return refuse(); }
-    STDMETHODIMP Save(BSTR) override { return refuse(); }
-    STDMETHODIMP Convert_BMP_to_JPG(BSTR, long, BSTR) override { return refuse(); }
+    STDMETHODIMP Cls() override { return E_NOTIMPL; }
+    STDMETHODIMP Save(BSTR) override { return E_NOTIMPL; }
+    STDMETHODIMP Convert_BMP_to_JPG(BSTR, long, BSTR) override { return E_NOTIMPL; }
     STDMETHODIMP Save_BMP(BSTR* strOutPutFile, BSTR* value) override;
-    STDMETHODIMP Load_BMP(BSTR) override { return refuse(); }
+    STDMETHODIMP Load_BMP(BSTR) override { return E_NOTIMPL; }
 };
 
 /// Properties of every kind, objects among them.
@@ -92,19 +91,19 @@ class Preview final : public vrx::ObjectBase<_VrxPreviewImg> {
     STDMETHODIMP put_Picture(IPictureDisp* value) override;
     STDMETHODIMP get_objHDR(_CVrxHDR** value) override;
     STDMETHODIMP putref_objHDR(_CVrxHDR* value) override;
-    STDMETHODIMP Get_Prop(long, long) override { return refuse(); }
-    STDMETHODIMP put_HDRFile(VARIANT_BOOL) override { return refuse(); }
-    STDMETHODIMP get_HDRFile(VARIANT_BOOL* value) override { return refuse(value); }
-    STDMETHODIMP put_File(BSTR) override { return refuse(); }
-    STDMETHODIMP get_File(BSTR* value) override { return refuse(value); }
-    STDMETHODIMP get_ImageWidth(long* value) override { return refuse(value); }
-    STDMETHODIMP get_ImageHeight(long* value) override { return refuse(value); }
+    STDMETHODIMP Get_Prop(long, long) override { return E_NOTIMPL; }
+    STDMETHODIMP put_HDRFile(VARIANT_BOOL) override { return E_NOTIMPL; }
+    STDMETHODIMP get_HDRFile(VARIANT_BOOL*) override { return E_NOTIMPL; }
+    STDMETHODIMP put_File(BSTR) override { return E_NOTIMPL; }
+    STDMETHODIMP get_File(BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_ImageWidth(long*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_ImageHeight(long*) override { return E_NOTIMPL; }
     STDMETHODIMP get_MousePointer(short* value) override;
     STDMETHODIMP put_MousePointer(short value) override;
-    STDMETHODIMP get_MouseIcon(IPictureDisp** value) override { return refuse(value); }
-    STDMETHODIMP putref_MouseIcon(IPictureDisp*) override { return refuse(); }
-    STDMETHODIMP FitPicture() override { return refuse(); }
-    STDMETHODIMP Get_Proportion(long*, long*, long*, long*) override { return refuse(); }
+    STDMETHODIMP get_MouseIcon(IPictureDisp**) override { return E_NOTIMPL; }
+    STDMETHODIMP putref_MouseIcon(IPictureDisp*) override { return E_NOTIMPL; }
+    STDMETHODIMP FitPicture() override { return E_NOTIMPL; }
+    STDMETHODIMP Get_Proportion(long*, long*, long*, long*) override { return E_NOTIMPL; }
 };
 
 /// A source of the events of CVrxHDR.
@@ -118,10 +117,10 @@ class Events final : public vrx::ObjectBase<_CVrxPattern, vrx::EventSource> {
 
     using EventSource::fire;
 
-    STDMETHODIMP get_REGKEY(BSTR* value) override { return refuse(value); }
-    STDMETHODIMP put_REGKEY(BSTR) override { return refuse(); }
+    STDMETHODIMP get_REGKEY(BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP put_REGKEY(BSTR) override { return E_NOTIMPL; }
     STDMETHODIMP Load(BSTR* Default) override;
-    STDMETHODIMP Get_PatternFromString(BSTR, long, VARIANT*) override { return refuse(); }
+    STDMETHODIMP Get_PatternFromString(BSTR, long, VARIANT*) override { return E_NOTIMPL; }
 };
 
 }  // namespace probe

@@ -13,7 +13,7 @@ namespace host {
 namespace {
 
 constexpr std::chrono::milliseconds kInterval(5);
-constexpr std::chrono::seconds kLongest(10);
+constexpr std::chrono::milliseconds kLongest(30'000);
 
 struct Search {
     const std::wstring& caption;
@@ -31,6 +31,22 @@ BOOL CALLBACK countOne(HWND, LPARAM count) {
     ++*reinterpret_cast<int*>(count);
     return TRUE;
 }
+
+/// A mark in a queue: an event that is set when the mark is taken out.
+UINT markMessage() {
+    static const UINT message = RegisterWindowMessageW(L"VrxCommon.Tests.Mark");
+    return message;
+}
+
+LRESULT CALLBACK watchQueue(int code, WPARAM wide, LPARAM longer) {
+    const auto* message = reinterpret_cast<const MSG*>(longer);
+    if (code == HC_ACTION && wide == PM_REMOVE && message->message == markMessage())
+        SetEvent(reinterpret_cast<HANDLE>(message->wParam));
+    return CallNextHookEx(nullptr, code, wide, longer);
+}
+
+/// Sees each message that a thread takes from its queue.
+using QueueHook = vrx::Resource<HHOOK, [](HHOOK hook) { UnhookWindowsHookEx(hook); }>;
 
 void put32(FileBytes& bytes, std::size_t value) {
     for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<std::uint8_t>(value >> shift));
@@ -68,9 +84,17 @@ int ownWindowCount() {
 std::wstring captionOf(HWND window) {
     wchar_t text[256] = {};
     DWORD_PTR length = 0;
-    SendMessageTimeoutW(window, WM_GETTEXT, 256, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 1000,
-                        &length);
+    SendMessageTimeoutW(window, WM_GETTEXT, 256, reinterpret_cast<LPARAM>(text), SMTO_NORMAL, 1000, &length);
     return text;
+}
+
+void settle(HWND window) {
+    const vrx::KernelHandle taken(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    const QueueHook hook(SetWindowsHookExW(WH_GETMESSAGE, watchQueue, nullptr,
+                                           GetWindowThreadProcessId(window, nullptr)));
+    PostMessageW(window, markMessage(), reinterpret_cast<WPARAM>(taken.get()), 0);
+    EXPECT_TRUE(eventually(
+        [&] { return !IsWindow(window) || WaitForSingleObject(taken.get(), 0) == WAIT_OBJECT_0; }));
 }
 
 void click(HWND window, int x, int y) {
@@ -142,6 +166,7 @@ WindowDriver::WindowDriver(std::wstring caption, std::function<void(HWND)> act)
           HWND window = nullptr;
           EXPECT_TRUE(eventually([&] { return (window = windowOf(thread, caption)) != nullptr; }));
           if (!window) return;
+          settle(window);
           act(window);
           PostMessageW(window, WM_CLOSE, 0, 0);
           EXPECT_TRUE(eventually([&] { return !IsWindow(window); }));

@@ -8,6 +8,7 @@
 #include <ostream>
 
 #include "com/com_ptr.h"
+#include "common/handle_number.h"
 #include "common/win_resource.h"
 
 namespace host {
@@ -19,7 +20,7 @@ HBITMAP bitmapOf(IDispatch& picture) {
     SHORT type = PICTYPE_NONE;
     if (!inner || FAILED(inner->get_Type(&type)) || type != PICTYPE_BITMAP) return nullptr;
     inner->get_Handle(&handle);
-    return reinterpret_cast<HBITMAP>(static_cast<UINT_PTR>(handle));
+    return vrx::handleOf<HBITMAP>(static_cast<LONG>(handle));
 }
 
 }  // namespace

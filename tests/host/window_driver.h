@@ -11,7 +11,7 @@
 
 namespace host {
 
-/// Asks again every few milliseconds until the answer is yes; false when it has not been for 10 seconds.
+/// Asks again every few milliseconds until the answer is yes; false when it has not been for 30 seconds.
 bool eventually(const std::function<bool()>& question);
 
 /// A visible top-level window of a thread by its caption; null for none.
@@ -21,6 +21,10 @@ HWND windowOf(DWORD thread, const std::wstring& caption);
 int ownWindowCount();
 
 std::wstring captionOf(HWND window);
+
+/// Waits until the window's thread has done all that is in its queue now, for what is sent to a window overtakes
+/// what was posted before it. A window that is gone has nothing left to do.
+void settle(HWND window);
 
 /// A press and a release of the left button, put into the window's queue.
 void click(HWND window, int x, int y);
@@ -36,7 +40,7 @@ FileBytes bmpFile(int width, int height, const FileBytes& bits);
 /// The same with one colour.
 FileBytes bmpFile(int width, int height, COLORREF color);
 
-/// Waits for a window that the thread which made the driver shows, does something with it and closes it if
+/// Waits for a window that the thread which made the driver shows and for what it does when it opens, does something with it and closes it if
 /// it is still there.
 class WindowDriver {
   public:

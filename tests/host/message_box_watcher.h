@@ -13,13 +13,15 @@ namespace host {
 struct MessageBox {
     std::wstring text;
     bool exclamation = false;  ///< has the icon of a warning
+    bool critical = false;     ///< has the icon of an error
     bool onlyOk = false;       ///< has one button
+    bool yesNo = false;        ///< has these two
     std::wstring title;
 };
 
 class MessageBoxWatcher {
   public:
-    /// `answer` is the button that closes them.
+    /// `answer` is the button that closes them; those without it are closed with OK.
     explicit MessageBoxWatcher(int answer = IDOK);
     MessageBoxWatcher(const MessageBoxWatcher&) = delete;
     MessageBoxWatcher& operator=(const MessageBoxWatcher&) = delete;
