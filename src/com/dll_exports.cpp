@@ -9,12 +9,15 @@
 #include "com/class_table.h"
 #include "com/module.h"
 #include "com/registration.h"
+#include "com/thread_library.h"
 #include "com/type_library.h"
 
 using vrx::RegistrationScope;
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds) {
     if (reason == DLL_PROCESS_ATTACH) vrx::storeModuleInstance(instance);
+    if (reason == DLL_THREAD_DETACH) vrx::releaseThreadAtItsEnd();
+    if (reason == DLL_PROCESS_DETACH && !processEnds) vrx::releaseThreadLibraryAtUnload();
     return TRUE;
 }
 

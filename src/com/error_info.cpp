@@ -71,4 +71,23 @@ HRESULT reportError(const Error& error, const char16_t* className, EXCEPINFO& ex
     return DISP_E_EXCEPTION;
 }
 
+void checkCall(HRESULT result) {
+    if (SUCCEEDED(result)) return;
+    Error error{HRESULT_FACILITY(result) == FACILITY_CONTROL
+                    ? HRESULT_CODE(result)
+                    : static_cast<std::int32_t>(Platform::InternalError),
+                {},
+                {}};
+    ComPtr<IErrorInfo> info;
+    if (GetErrorInfo(0, info.put()) == S_OK) {
+        Bstr source;
+        Bstr description;
+        info->GetSource(source.put());
+        info->GetDescription(description.put());
+        error.source = toText(source.get());
+        error.description = toText(description.get());
+    }
+    throw error;
+}
+
 }  // namespace vrx

@@ -25,4 +25,7 @@ HRESULT reportFailure(HRESULT failure, EXCEPINFO* exception);
 /// The same for an error that is not the thread's.
 HRESULT reportError(const Error& error, const char16_t* className, EXCEPINFO& exception) noexcept;
 
+/// Throws the failure of a call together with the information that it left with the thread.
+void checkCall(HRESULT result);
+
 }  // namespace vrx

@@ -11,7 +11,8 @@ namespace {
 constexpr std::uint16_t kX87Mode = 0x037F;
 constexpr std::uint32_t kSseMode = 0x1F80;
 
-thread_local FpScope* innermost = nullptr;
+/// The scope in which the host's mode is kept; none while the host runs.
+thread_local FpScope* entry = nullptr;
 
 FloatingPointState enter() {
     FloatingPointState host;
@@ -29,19 +30,22 @@ void leave(const FloatingPointState& host) {
 
 }  // namespace
 
-FpScope::FpScope() : host_(enter()), outer_(std::exchange(innermost, this)) {}
+FpScope::FpScope() : host_(enter()), isEntry_(entry == nullptr) {
+    if (isEntry_) entry = this;
+}
 
 FpScope::~FpScope() {
-    innermost = outer_;
+    if (isEntry_) entry = nullptr;
     leave(host_);
 }
 
-HostFpScope::HostFpScope() : entry_(innermost) {
+HostFpScope::HostFpScope() : entry_(std::exchange(entry, nullptr)) {
     if (entry_) leave(entry_->host_);
 }
 
 HostFpScope::~HostFpScope() {
     if (entry_) entry_->host_ = enter();
+    entry = entry_;
 }
 
 }  // namespace vrx

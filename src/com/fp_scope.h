@@ -12,7 +12,7 @@ struct FloatingPointState {
 };
 
 /// For each entry from a host: no exceptions, rounding to nearest, denormals kept; the host's mode comes back
-/// at the end.
+/// at the end. An entry may pass through several: a late-bound call makes an early-bound one.
 class FpScope {
   public:
     FpScope();
@@ -23,11 +23,11 @@ class FpScope {
   private:
     friend class HostFpScope;
     FloatingPointState host_;
-    FpScope* outer_;
+    bool isEntry_;
 };
 
-/// For each call into the host (an event sink, dispatched messages): the mode of the innermost entry comes
-/// back meanwhile. A mode that the host changes in there holds from then on.
+/// For each call into the host (an event sink, dispatched messages): the mode of the entry comes back
+/// meanwhile. A mode that the host changes in there holds from then on.
 class HostFpScope {
   public:
     HostFpScope();

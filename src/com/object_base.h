@@ -124,14 +124,6 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
         return run([&] { storeResult(result, body()); });
     }
 
-    /// A member that the object does not support: error 445, results cleared.
-    template <class... Results>
-    HRESULT refuse(Results*... results) noexcept {
-        if (((results == nullptr) || ...)) return E_POINTER;
-        ((*results = {}), ...);
-        return run([] { throw platformError(Platform::ActionNotSupported); });
-    }
-
   private:
     /// Keeps the object alive while a call runs, whatever the host does in events.
     class ActiveCall {

@@ -37,6 +37,11 @@ void writeRow(HKEY classes, const RegistryRow& row) {
     throwIfRefused(RegSetValueExW(key.get(), row.name.c_str(), 0, REG_SZ, bytes, size));
 }
 
+bool exists(HKEY classes, const std::wstring& path) {
+    RegistryKey key;
+    return RegOpenKeyExW(classes, path.c_str(), 0, KEY_QUERY_VALUE, key.put()) == ERROR_SUCCESS;
+}
+
 bool isEmptyKey(HKEY classes, const std::wstring& path) {
     RegistryKey key;
     DWORD keys = 0;
@@ -74,7 +79,9 @@ void removeRow(HKEY classes, const RegistryRow& row) {
 }
 
 void removeRows(HKEY classes, std::span<const RegistryRow> rows) {
-    for (auto row = rows.rbegin(); row != rows.rend(); ++row) removeRow(classes, *row);
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
+        if (row->keptBy.empty() || !exists(classes, row->keptBy)) removeRow(classes, *row);
+    }
 }
 
 void writeRows(HKEY classes, std::span<const RegistryRow> rows) {

@@ -14,6 +14,12 @@ namespace {
 
 constexpr wchar_t kVersion[] = L"1.0";
 
+// Where the paths of a type library's files stand. The system shows its 32-bit and its 64-bit programs the
+// same program ids and type libraries, and classes and interfaces of their own.
+constexpr bool kWide = sizeof(void*) == 8;
+constexpr const wchar_t* kPlatform = kWide ? L"\\0\\win64" : L"\\0\\win32";
+constexpr const wchar_t* kOtherPlatform = kWide ? L"\\0\\win32" : L"\\0\\win64";
+
 // The system's proxies: for interfaces described by a type library, and for those that have IDispatch only.
 constexpr wchar_t kTypeLibraryProxy[] = L"{00020424-0000-0000-C000-000000000046}";
 constexpr wchar_t kDispatchProxy[] = L"{00020420-0000-0000-C000-000000000046}";
@@ -27,9 +33,12 @@ std::wstring text(const GUID& guid) {
 class Rows {
   public:
     void add(std::wstring key, std::wstring name, std::wstring value) {
-        rows_.push_back({std::move(key), std::move(name), std::move(value)});
+        rows_.push_back({std::move(key), std::move(name), std::move(value), {}});
     }
-    void addKey(std::wstring key) { rows_.push_back({std::move(key), {}, std::nullopt}); }
+    void addShared(std::wstring key, std::wstring value, std::wstring keptBy) {
+        rows_.push_back({std::move(key), {}, std::move(value), std::move(keptBy)});
+    }
+    void addKey(std::wstring key) { rows_.push_back({std::move(key), {}, std::nullopt, {}}); }
     std::vector<RegistryRow> take() { return std::move(rows_); }
 
   private:
@@ -52,6 +61,10 @@ TYPEATTR attributesOf(ITypeInfo& info) {
     return copy;
 }
 
+std::wstring typeLibraryKey(const std::wstring& libraryId) {
+    return L"TypeLib\\" + libraryId + L'\\' + kVersion;
+}
+
 void addClass(Rows& rows, const ClassRow& row, const std::wstring& path, const std::wstring& libraryId) {
     const std::wstring programId = std::wstring(libraryName()) + L'.' + row.name;
     const std::wstring versioned = programId + L".1";
@@ -65,11 +78,12 @@ void addClass(Rows& rows, const ClassRow& row, const std::wstring& path, const s
     rows.add(key + L"\\TypeLib", L"", libraryId);
     rows.add(key + L"\\Version", L"", kVersion);
     rows.addKey(key + L"\\Programmable");
-    rows.add(programId, L"", row.description);
-    rows.add(programId + L"\\CLSID", L"", classId);
-    rows.add(programId + L"\\CurVer", L"", versioned);
-    rows.add(versioned, L"", row.description);
-    rows.add(versioned + L"\\CLSID", L"", classId);
+    const std::wstring keptBy = typeLibraryKey(libraryId) + kOtherPlatform;
+    rows.addShared(programId, row.description, keptBy);
+    rows.addShared(programId + L"\\CLSID", classId, keptBy);
+    rows.addShared(programId + L"\\CurVer", versioned, keptBy);
+    rows.addShared(versioned, row.description, keptBy);
+    rows.addShared(versioned + L"\\CLSID", classId, keptBy);
 }
 
 void addTypeLibrary(Rows& rows, int number, const std::wstring& path) {
@@ -77,12 +91,13 @@ void addTypeLibrary(Rows& rows, int number, const std::wstring& path) {
     throwIfFailed(loadTypeLibrary(number, library));
     Bstr description;
     throwIfFailed(library->GetDocumentation(-1, nullptr, description.put(), nullptr, nullptr));
-    const std::wstring key = L"TypeLib\\" + text(attributesOf(*library).guid) + L'\\' + kVersion;
+    const std::wstring key = typeLibraryKey(text(attributesOf(*library).guid));
+    const std::wstring keptBy = key + kOtherPlatform;
     const std::wstring file = path + L'\\' + std::to_wstring(number);
-    rows.add(key, L"", description.get());
-    rows.add(key + L"\\0\\win32", L"", file);
-    rows.add(key + L"\\FLAGS", L"", L"0");
-    rows.add(key + L"\\HELPDIR", L"", path.substr(0, path.find_last_of(L'\\')));
+    rows.addShared(key, description.get(), keptBy);
+    rows.add(key + kPlatform, L"", file);
+    rows.addShared(key + L"\\FLAGS", L"0", keptBy);
+    rows.addShared(key + L"\\HELPDIR", path.substr(0, path.find_last_of(L'\\')), keptBy);
 }
 
 void addInterfaces(Rows& rows, ITypeLib& library, const std::wstring& libraryId) {
@@ -109,7 +124,8 @@ std::vector<RegistryRow> registryRows(const std::wstring& path) {
     throwIfFailed(loadTypeLibrary(kOwnTypeLibrary, library));
     const std::wstring libraryId = text(attributesOf(*library).guid);
     Rows rows;
-    for (int number = typeLibraryCount(); number >= kOwnTypeLibrary; --number) addTypeLibrary(rows, number, path);
+    for (int number = typeLibraryCount(); number >= kOwnTypeLibrary; --number)
+        addTypeLibrary(rows, number, path);
     addInterfaces(rows, *library, libraryId);
     for (const ClassRow& row : classTable()) addClass(rows, row, path, libraryId);
     return rows.take();

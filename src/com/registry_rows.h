@@ -13,6 +13,8 @@ struct RegistryRow {
     std::wstring key;
     std::wstring name;
     std::optional<std::wstring> text;
+    /// For a row that the 32-bit and the 64-bit library share: a key of the other one, which keeps the row.
+    std::wstring keptBy;
 };
 
 /// All rows, relative to Software\Classes, for the library at `path`. Throws HresultFailure.
