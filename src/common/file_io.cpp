@@ -9,14 +9,28 @@ namespace vrx {
 namespace {
 
 constexpr int kSiblingTries = 100;
-constexpr std::size_t kMaxTransfer = 1U << 30;
+// What network drives take in one piece on every system.
+constexpr std::size_t kMaxTransfer = 1U << 25;
+constexpr DWORD kCopiedAtOnce = 1U << 20;
 
 [[noreturn]] void throwLastError() { throw win32Error(GetLastError()); }
 
+/// The path with the prefix that turns the system's limit of 260 characters off, where it names a drive.
+std::wstring withoutLimit(const std::wstring& path) {
+    std::vector<wchar_t> full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr) + 1);
+    const DWORD length =
+        GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    const bool onDrive = length > 2 && length < full.size() && full[1] == L':' && full[2] == L'\\';
+    return onDrive ? L"\\\\?\\" + std::wstring(full.data(), length) : path;
+}
+
 /// A path as the system takes it. A zero character would cut it short, and mean another file.
 std::wstring systemPath(const std::u16string& path) {
+    // A file beside it may have a name that is longer by so much.
+    constexpr std::size_t kLongestSibling = 20;
     if (path.find(u'\0') != std::u16string::npos) throw platformError(Platform::BadFileName);
-    return toWide(path);
+    const std::wstring name = toWide(path);
+    return name.size() + kLongestSibling < MAX_PATH ? name : withoutLimit(name);
 }
 
 bool isFolder(DWORD attributes) {
@@ -39,6 +53,19 @@ std::uint64_t sizeOf(HANDLE file) {
     return static_cast<std::uint64_t>(size.QuadPart);
 }
 
+/// How many bytes there are, as many as fit at most.
+std::size_t readAll(HANDLE file, std::span<std::uint8_t> bytes) {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        DWORD read = 0;
+        const auto count = static_cast<DWORD>(std::min(bytes.size() - done, kMaxTransfer));
+        if (!ReadFile(file, bytes.data() + done, count, &read, nullptr)) throwLastError();
+        if (read == 0) break;
+        done += read;
+    }
+    return done;
+}
+
 void writeAll(HANDLE file, std::span<const std::uint8_t> bytes) {
     while (!bytes.empty()) {
         DWORD written = 0;
@@ -58,6 +85,19 @@ void checkTarget(const std::wstring& path) {
     }
 }
 
+bool isSameFile(HANDLE file, const std::wstring& path) {
+    const DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const KernelHandle other =
+        validHandle(CreateFileW(path.c_str(), 0, share, nullptr, OPEN_EXISTING, 0, nullptr));
+    BY_HANDLE_FILE_INFORMATION one{};
+    BY_HANDLE_FILE_INFORMATION two{};
+    return other && GetFileInformationByHandle(file, &one) && GetFileInformationByHandle(other.get(), &two) &&
+           one.dwVolumeSerialNumber == two.dwVolumeSerialNumber && one.nFileIndexHigh == two.nFileIndexHigh &&
+           one.nFileIndexLow == two.nFileIndexLow;
+}
+
+std::u16string toText(const std::wstring& path) { return {path.begin(), path.end()}; }
+
 }  // namespace
 
 Bytes readFileAndZero(const std::u16string& path) {
@@ -66,11 +106,38 @@ Bytes readFileAndZero(const std::u16string& path) {
     const KernelHandle file = openForReading(name);
     const std::uint64_t size = sizeOf(file.get());
     Bytes bytes(size + 1);
-    DWORD read = 0;
-    if (!ReadFile(file.get(), bytes.data(), static_cast<DWORD>(size), &read, nullptr)) throwLastError();
+    const std::size_t read = readAll(file.get(), {bytes.data(), bytes.size() - 1});
     bytes.data()[read] = 0;
-    bytes.shrink(std::size_t{read} + 1);
+    bytes.shrink(read + 1);
     return bytes;
+}
+
+void copyFile(const std::u16string& source, const std::u16string& target) {
+    const KernelHandle file = openForReading(systemPath(source));
+    if (isSameFile(file.get(), systemPath(target))) throw platformError(Platform::PermissionDenied);
+    FileReplacement copy(target);
+    std::vector<std::uint8_t> bytes(kCopiedAtOnce);
+    for (;;) {
+        DWORD read = 0;
+        if (!ReadFile(file.get(), bytes.data(), kCopiedAtOnce, &read, nullptr)) throwLastError();
+        if (read == 0) break;
+        copy.write({bytes.data(), read});
+    }
+    copy.commit();
+}
+
+bool findsFile(const std::u16string& path) {
+    WIN32_FIND_DATAW found{};
+    const auto search = validHandle<FindHandle>(FindFirstFileW(systemPath(path).c_str(), &found));
+    bool more = static_cast<bool>(search);
+    while (more && isFolder(found.dwFileAttributes)) more = FindNextFileW(search.get(), &found);
+    return more;
+}
+
+std::u16string temporaryFolder() {
+    wchar_t folder[MAX_PATH + 1];
+    const DWORD length = GetTempPathW(MAX_PATH + 1, folder);
+    return {folder, folder + length};
 }
 
 FileReplacement::FileReplacement(const std::u16string& path) : path_(systemPath(path)) {
@@ -116,7 +183,25 @@ void FileReplacement::write(std::span<const std::uint8_t> bytes) {
 void FileReplacement::commit() {
     if (!file_) return overwriteTarget();
     file_.reset();
-    if (!MoveFileExW(sibling_.c_str(), path_.c_str(), MOVEFILE_REPLACE_EXISTING)) throwLastError();
+    takeTargetsPlace();
+}
+
+bool FileReplacement::commitWrittenBy(const std::function<bool(const std::u16string& name)>& write) {
+    if (!file_) return write(toText(path_));
+    file_.reset();
+    if (!write(toText(sibling_))) return false;
+    takeTargetsPlace();
+    return true;
+}
+
+void FileReplacement::takeTargetsPlace() {
+    if (!MoveFileExW(sibling_.c_str(), path_.c_str(), MOVEFILE_REPLACE_EXISTING)) {
+        const DWORD error = GetLastError();
+        // A target that another program has open is refused like one without rights.
+        const bool isInUse =
+            error == ERROR_ACCESS_DENIED && GetFileAttributesW(path_.c_str()) != INVALID_FILE_ATTRIBUTES;
+        throw win32Error(isInUse ? ERROR_SHARING_VIOLATION : error);
+    }
     sibling_.clear();
 }
 

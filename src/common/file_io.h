@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -20,6 +21,15 @@ namespace vrx {
 /// one that is too large.
 [[nodiscard]] Bytes readFileAndZero(const std::u16string& path);
 
+/// Copies a file over another one as FileReplacement does. Error 70 for a file onto itself.
+void copyFile(const std::u16string& source, const std::u16string& target);
+
+/// Whether there is a file of this name, which may hold wildcards. Folders do not count.
+[[nodiscard]] bool findsFile(const std::u16string& path);
+
+/// The user's folder for temporary files, with a backslash at its end.
+[[nodiscard]] std::u16string temporaryFolder();
+
 /// Collects the bytes of a new file in a temporary one beside it. Without `commit` nothing has happened.
 class FileReplacement final : public ByteSink {
   public:
@@ -32,9 +42,13 @@ class FileReplacement final : public ByteSink {
     void write(std::span<const std::uint8_t> bytes) override;
     /// Puts the new file in the place of the old one.
     void commit();
+    /// The same with bytes that `write` puts into a file of the name that it is given; false where it answers
+    /// so, and nothing has happened then.
+    [[nodiscard]] bool commitWrittenBy(const std::function<bool(const std::u16string& name)>& write);
 
   private:
     [[nodiscard]] bool openSibling();
+    void takeTargetsPlace();
     void overwriteTarget();
 
     std::wstring path_;

@@ -10,6 +10,7 @@
 #include "com/fp_scope.h"
 #include "com/variant_convert.h"
 #include "common/host_program.h"
+#include "common/owner_window.h"
 
 namespace vrx {
 namespace {
@@ -80,7 +81,7 @@ int showMessage(const std::u16string& message, unsigned style, const std::u16str
     const std::wstring text = toWide(message);
     const std::wstring caption = toWide(title.empty() ? hostTitle() : title);
     const HostFpScope host;
-    return MessageBoxW(GetActiveWindow(), text.c_str(), caption.c_str(), style);
+    return MessageBoxW(ownerWindow(), text.c_str(), caption.c_str(), style);
 }
 
 }  // namespace vrx

@@ -47,7 +47,9 @@ inline void find(HANDLE handle) { FindClose(handle); }
 inline void module(HMODULE handle) { FreeLibrary(handle); }
 inline void memoryDc(HDC handle) { DeleteDC(handle); }
 inline void bitmap(HBITMAP handle) { DeleteObject(handle); }
+inline void icon(HICON handle) { DestroyIcon(handle); }
 inline void font(HFONT handle) { DeleteObject(handle); }
+inline void pen(HPEN handle) { DeleteObject(handle); }
 inline void text(BSTR handle) { SysFreeString(handle); }
 inline void array(SAFEARRAY* handle) { SafeArrayDestroy(handle); }
 inline void taskMemory(void* handle) { CoTaskMemFree(handle); }
@@ -59,7 +61,9 @@ using FindHandle = Resource<HANDLE, closing::find>;
 using Module = Resource<HMODULE, closing::module>;
 using MemoryDc = Resource<HDC, closing::memoryDc>;
 using Bitmap = Resource<HBITMAP, closing::bitmap>;
+using Icon = Resource<HICON, closing::icon>;
 using Font = Resource<HFONT, closing::font>;
+using Pen = Resource<HPEN, closing::pen>;
 using Bstr = Resource<BSTR, closing::text>;
 using SafeArray = Resource<SAFEARRAY*, closing::array>;
 using TaskMemory = Resource<void*, closing::taskMemory>;

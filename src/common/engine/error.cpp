@@ -43,8 +43,6 @@ const char16_t* platformText(Platform number) {
             return u"Object variable not set";
         case Platform::InvalidUseOfNull:
             return u"Invalid use of Null";
-        case Platform::ActionNotSupported:
-            return u"Object doesn't support this action";
         case Platform::InvalidPicture:
             return u"Invalid picture";
     }

@@ -36,7 +36,6 @@ enum class Platform : std::int32_t {
     PathNotFound = 76,
     ObjectNotSet = 91,
     InvalidUseOfNull = 94,
-    ActionNotSupported = 445,
     InvalidPicture = 481,
 };
 

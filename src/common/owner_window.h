@@ -1,0 +1,12 @@
+// The window of the host that a dialog or a message belongs to.
+#pragma once
+
+#include <windows.h>
+
+namespace vrx {
+
+/// The thread's active window. While another program is in front the thread has none: then the first window that
+/// the host shows, or what it shows above that one. Null for a host without windows.
+[[nodiscard]] HWND ownerWindow();
+
+}  // namespace vrx
