@@ -1,5 +1,6 @@
 #include "effects/ImageFX.h"
 
+#include "common/handle_number.h"
 #include "effects/engine/fit_proportional.h"
 #include "effects/engine/grey.h"
 #include "effects/engine/smoothing.h"
@@ -26,8 +27,6 @@ template <class T>
 T valueOf(const T* parameter, T byDefault) {
     return parameter ? *parameter : byDefault;
 }
-
-HDC contextOf(long handle) { return reinterpret_cast<HDC>(static_cast<std::uintptr_t>(handle)); }
 
 FittedRectangle wholeOf(const Bitmap24& pixels) {
     return {0, 0, static_cast<std::int32_t>(pixels.width()), static_cast<std::int32_t>(pixels.height())};
@@ -74,12 +73,12 @@ STDMETHODIMP ImageFX::ColorToBN(BSTR FileName, long PictureHDC, long, VARIANT_BO
             Bitmap24 pixels = readPixels(*loadPicture(toText(FileName)));
             FittedRectangle target = wholeOf(pixels);
             convertToGrey({pixels.data(), pixels.size()}, target.width, target.height, style);
-            SetStretchBltMode(contextOf(PictureHDC), COLORONCOLOR);
+            SetStretchBltMode(handleOf<HDC>(PictureHDC), COLORONCOLOR);
             if (fitted) {
                 target =
                     fitProportional(valueOf(Width, 0L), valueOf(Height, 0L), target.width, target.height);
             }
-            draw(contextOf(PictureHDC), target, pixels);
+            draw(handleOf<HDC>(PictureHDC), target, pixels);
         } catch (...) {
             // Hosts see a failure only in that nothing is drawn.
         }

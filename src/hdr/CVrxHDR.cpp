@@ -4,11 +4,15 @@
 #include <cstring>
 #include <new>
 
+#include "common/clipboard.h"
 #include "common/engine/error_record.h"
 #include "common/engine/rounding.h"
 #include "common/file_io.h"
 #include "common/message_box.h"
 #include "common/message_loop.h"
+#include "common/reentry_guard.h"
+#include "dialogs/frmLoadHDR.h"
+#include "dialogs/frmSaveHDR.h"
 #include "dialogs/frmZoom.h"
 #include "hdr/engine/hdr_error.h"
 #include "raster/raster_image.h"
@@ -129,7 +133,9 @@ STDMETHODIMP CVrxHDR::Get_HDR(VARIANT* r_arHDR) {
     return run([&] { putVariant(*r_arHDR, copyOfPixels()); });
 }
 
-STDMETHODIMP CVrxHDR::Load(BSTR, BSTR* value) { return refuse(value); }
+STDMETHODIMP CVrxHDR::Load(BSTR strPath, BSTR* value) {
+    return answer(value, [&] { return chooseFile(toText(strPath)); });
+}
 
 STDMETHODIMP CVrxHDR::See(BSTR v_strFileName, float v_Exposure, float v_Gamma) {
     return run([&] {
@@ -141,7 +147,9 @@ STDMETHODIMP CVrxHDR::See(BSTR v_strFileName, float v_Exposure, float v_Gamma) {
     });
 }
 
-STDMETHODIMP CVrxHDR::Save(BSTR) { return refuse(); }
+STDMETHODIMP CVrxHDR::Save(BSTR) {
+    return run([&] { recordErrors(kClassName, [&] { save(); }); });
+}
 
 STDMETHODIMP CVrxHDR::Convert_HDR_to_BMP(BSTR strOutPutFile, float Exposure, float Gamma) {
     return run([&] { convertToBmp(toText(strOutPutFile), Exposure, Gamma); });
@@ -248,6 +256,29 @@ void CVrxHDR::see(const std::u16string& fileName) {
     window.See_HDR(fileName);
     window.showModal();
     window.unload();
+}
+
+/// The dialog's result; empty when the user has cancelled.
+std::u16string CVrxHDR::chooseFile(const std::u16string& suggestion) {
+    const ReentryGuard open(loadDialogOpen_);
+    frmLoadHDR dialog;
+    dialog.setREGKEY(regKey_);
+    dialog.setObjHDR(ComPtr<_CVrxHDR>(this));
+    dialog.setInputFileName(suggestion);
+    dialog.showModal();
+    const std::u16string chosen = dialog.GetDirAppo();
+    dialog.unload();
+    return chosen;
+}
+
+void CVrxHDR::save() {
+    const ReentryGuard open(saveDialogOpen_);
+    frmSaveHDR dialog;
+    dialog.setREGKEY(regKey_);
+    clearClipboard();
+    dialog.setObjHDR(ComPtr<_CVrxHDR>(this));
+    dialog.showModal();
+    dialog.unload();
 }
 
 void CVrxHDR::takePixels(const VARIANT& pixels) {

@@ -62,7 +62,9 @@ class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource, HdrFriend>, priva
     void endIfAbandoned();
 
     void setExposure(float exposure);
+    [[nodiscard]] std::u16string chooseFile(const std::u16string& suggestion);
     void see(const std::u16string& fileName);
+    void save();
     void takePixels(const VARIANT& pixels);
     [[nodiscard]] Variant copyOfPixels() const;
     void convertToBmp(const std::u16string& path, float exposure, float gamma);
@@ -76,6 +78,8 @@ class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource, HdrFriend>, priva
     HdrPicture picture_;
     HdrLoader loader_;
     DrawingSurface surface_;
+    bool loadDialogOpen_ = false;
+    bool saveDialogOpen_ = false;
 };
 
 }  // namespace vrx

@@ -1,7 +1,11 @@
 #include "raster/CVrxImage.h"
 
+#include "common/clipboard.h"
 #include "common/engine/error_record.h"
 #include "common/engine/rounding.h"
+#include "common/reentry_guard.h"
+#include "dialogs/frmLoadImage.h"
+#include "dialogs/frmSaveImage.h"
 #include "dialogs/frmZoom.h"
 
 namespace vrx {
@@ -32,7 +36,9 @@ STDMETHODIMP CVrxImage::get_DimY(long* value) {
     return answer(value, [&] { return image_.dimY(); });
 }
 
-STDMETHODIMP CVrxImage::Load(BSTR, BSTR* value) { return refuse(value); }
+STDMETHODIMP CVrxImage::Load(BSTR strPath, BSTR* value) {
+    return answer(value, [&] { return chooseFile(toText(strPath)); });
+}
 
 STDMETHODIMP CVrxImage::Get_Picture(float srcPX, long srcPY, float srcDX, long srcDY, float destPX,
                                     long destPY, float destDX, long destDY, IPictureDisp** value) {
@@ -79,7 +85,9 @@ STDMETHODIMP CVrxImage::Cls() {
     return run([&] { image_.clear(); });
 }
 
-STDMETHODIMP CVrxImage::Save(BSTR) { return refuse(); }
+STDMETHODIMP CVrxImage::Save(BSTR strInputFile) {
+    return run([&] { recordErrors(RasterImage::kClassName, [&] { save(toText(strInputFile)); }); });
+}
 
 STDMETHODIMP CVrxImage::Convert_BMP_to_JPG(BSTR strOutPutFile, long lQuality, BSTR strInputFile) {
     return run([&] {
@@ -100,6 +108,29 @@ STDMETHODIMP CVrxImage::Save_BMP(BSTR* strOutPutFile, BSTR* value) {
 
 STDMETHODIMP CVrxImage::Load_BMP(BSTR strFileName) {
     return run([&] { recordErrors(RasterImage::kClassName, [&] { image_.load(toText(strFileName)); }); });
+}
+
+/// The dialog's result; empty when the user has cancelled.
+std::u16string CVrxImage::chooseFile(const std::u16string& suggestion) {
+    const ReentryGuard open(loadDialogOpen_);
+    frmLoadImage dialog;
+    dialog.setREGKEY(regKey_);
+    dialog.setInputFileName(suggestion);
+    dialog.showModal();
+    const std::u16string chosen = dialog.GetDirAppo();
+    dialog.unload();
+    return chosen;
+}
+
+/// Without a file the image itself, by way of its temporary one.
+void CVrxImage::save(const std::u16string& inputFile) {
+    const ReentryGuard open(saveDialogOpen_);
+    frmSaveImage dialog;
+    dialog.setREGKEY(regKey_);
+    clearClipboard();
+    dialog.setPath(inputFile.empty() ? image_.saveBmp({}) : inputFile);
+    dialog.showModal();
+    dialog.unload();
 }
 
 }  // namespace vrx

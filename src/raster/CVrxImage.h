@@ -32,8 +32,13 @@ class CVrxImage final : public ObjectBase<_CVrxImage> {
   private:
     ~CVrxImage() override = default;
 
+    [[nodiscard]] std::u16string chooseFile(const std::u16string& suggestion);
+    void save(const std::u16string& inputFile);
+
     std::u16string regKey_;
     RasterImage image_;
+    bool loadDialogOpen_ = false;
+    bool saveDialogOpen_ = false;
 };
 
 }  // namespace vrx

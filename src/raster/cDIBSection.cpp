@@ -6,6 +6,7 @@
 
 #include "com/com_ptr.h"
 #include "common/engine/error.h"
+#include "common/handle_number.h"
 #include "common/message_box.h"
 #include "raster/drawing_surface.h"
 #include "raster/engine/noise.h"
@@ -49,7 +50,7 @@ HBITMAP bitmapOf(IPictureDisp& picture) {
     OLE_HANDLE handle = 0;
     if (!inner || FAILED(inner->get_Type(&type)) || type != PICTYPE_BITMAP) return nullptr;
     inner->get_Handle(&handle);
-    return reinterpret_cast<HBITMAP>(static_cast<std::uintptr_t>(handle));
+    return handleOf<HBITMAP>(static_cast<LONG>(handle));
 }
 
 /// True when the clipboard took the bitmap. It keeps a bitmap that was offered, taken or not.

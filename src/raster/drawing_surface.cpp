@@ -4,12 +4,16 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "common/engine/error.h"
 #include "common/win_resource.h"
 
 namespace vrx {
 namespace {
+
+// Bytes of a canvas that is kept for its turn.
+constexpr std::size_t kMaxSpare = std::size_t{64} << 20;
 
 /// Whether somebody beside the surface holds the picture.
 bool isShared(IPictureDisp& picture) {
@@ -57,17 +61,32 @@ BITMAPINFOHEADER header24(std::int32_t width, std::int32_t height) {
 }
 
 void DrawingSurface::resize(std::int32_t width, std::int32_t height) {
+    if (!prepare(width, height)) std::memset(canvas_.bits, 0, sizeOf(canvas_.width, canvas_.height));
+}
+
+/// A canvas of this size that nobody else holds; whether it is black, as it is when new.
+bool DrawingSurface::prepare(std::int32_t width, std::int32_t height) {
     if (width < 0 || height < 0) throw platformError(Platform::InvalidCall);
     width = std::max(width, 1);
     height = std::max(height, 1);
-    if (picture_ && width == width_ && height == height_ && !isShared(*picture_)) {
-        std::memset(bits_, 0, sizeOf(width, height));
-    } else {
-        create(width, height);
+    if (canTake(canvas_, width, height)) return false;
+    if (canTake(spare_, width, height)) {
+        std::swap(canvas_, spare_);
+        return false;
     }
+    Canvas fresh = create(width, height);
+    const bool keep =
+        canvas_.width == width && canvas_.height == height && sizeOf(width, height) <= kMaxSpare;
+    spare_ = keep ? std::move(canvas_) : Canvas{};
+    canvas_ = std::move(fresh);
+    return true;
 }
 
-void DrawingSurface::create(std::int32_t width, std::int32_t height) {
+bool DrawingSurface::canTake(const Canvas& canvas, std::int32_t width, std::int32_t height) {
+    return canvas.picture && canvas.width == width && canvas.height == height && !isShared(*canvas.picture);
+}
+
+DrawingSurface::Canvas DrawingSurface::create(std::int32_t width, std::int32_t height) {
     if (strideOf(static_cast<std::uint32_t>(width)) > kMaxByteCount / static_cast<std::uint32_t>(height)) {
         throw platformError(Platform::OutOfMemory);
     }
@@ -86,22 +105,18 @@ void DrawingSurface::create(std::int32_t width, std::int32_t height) {
                                         reinterpret_cast<void**>(picture.put())))) {
         throw platformError(Platform::OutOfMemory);
     }
-    picture_ = std::move(picture);
-    bitmap_ = bitmap.release();
-    bits_ = static_cast<std::uint8_t*>(bits);
-    width_ = width;
-    height_ = height;
+    return {std::move(picture), bitmap.release(), static_cast<std::uint8_t*>(bits), width, height};
 }
 
 void DrawingSurface::paint(const Bitmap24& bitmap) {
     if (bitmap.empty()) return;
-    resize(static_cast<std::int32_t>(bitmap.width()), static_cast<std::int32_t>(bitmap.height()));
-    std::memcpy(bits_, bitmap.data(), bitmap.size());
+    prepare(static_cast<std::int32_t>(bitmap.width()), static_cast<std::int32_t>(bitmap.height()));
+    std::memcpy(canvas_.bits, bitmap.data(), bitmap.size());
 }
 
 void DrawingSurface::stretch(const PixelRect& target, const PixelRect& source, const BITMAPINFO& info,
                              const void* bits) {
-    const BitmapDc dc(bitmap_);
+    const BitmapDc dc(canvas_.bitmap);
     SetStretchBltMode(dc.get(), COLORONCOLOR);
     StretchDIBits(dc.get(), target.left, target.top, target.width, target.height, source.left, source.top,
                   source.width, source.height, bits, &info, DIB_RGB_COLORS, SRCCOPY);
@@ -109,8 +124,8 @@ void DrawingSurface::stretch(const PixelRect& target, const PixelRect& source, c
 }
 
 ComPtr<IPictureDisp> DrawingSurface::picture() {
-    if (!picture_) create(1, 1);
-    return picture_;
+    if (!canvas_.picture) canvas_ = create(1, 1);
+    return canvas_.picture;
 }
 
 }  // namespace vrx

@@ -1,5 +1,6 @@
 // An off-screen 24-bit canvas with a picture object. A picture that was handed out stays as it is when the
-// surface is painted again: the surface then goes on with a new bitmap.
+// surface is painted again: the surface then goes on with another bitmap. Of two that are shown in turn, each
+// is painted again when the other one is shown: fresh memory would take longer than the painting.
 #pragma once
 
 #include <windows.h>
@@ -37,19 +38,26 @@ class DrawingSurface {
     /// What is painted now, as a picture object that owns its bitmap.
     [[nodiscard]] ComPtr<IPictureDisp> picture();
 
-    [[nodiscard]] std::int32_t width() const { return width_; }
-    [[nodiscard]] std::int32_t height() const { return height_; }
+    [[nodiscard]] std::int32_t width() const { return canvas_.width; }
+    [[nodiscard]] std::int32_t height() const { return canvas_.height; }
     /// The pixels, bottom-up with padded rows.
-    [[nodiscard]] const std::uint8_t* bits() const { return bits_; }
+    [[nodiscard]] const std::uint8_t* bits() const { return canvas_.bits; }
 
   private:
-    void create(std::int32_t width, std::int32_t height);
+    struct Canvas {
+        ComPtr<IPictureDisp> picture;
+        HBITMAP bitmap = nullptr;  // the picture's
+        std::uint8_t* bits = nullptr;
+        std::int32_t width = 0;
+        std::int32_t height = 0;
+    };
 
-    ComPtr<IPictureDisp> picture_;
-    HBITMAP bitmap_ = nullptr;  // the picture's
-    std::uint8_t* bits_ = nullptr;
-    std::int32_t width_ = 0;
-    std::int32_t height_ = 0;
+    static Canvas create(std::int32_t width, std::int32_t height);
+    static bool canTake(const Canvas& canvas, std::int32_t width, std::int32_t height);
+    bool prepare(std::int32_t width, std::int32_t height);
+
+    Canvas canvas_;
+    Canvas spare_;  // the one before, when it is of the same size
 };
 
 /// The header of a 24-bit bottom-up bitmap.

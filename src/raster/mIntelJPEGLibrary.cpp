@@ -88,7 +88,7 @@ std::vector<char> ansiName(const std::u16string& name) {
     return bytes;
 }
 
-Address32 addressOf(const void* memory) { return reinterpret_cast<Address32>(memory); }
+Address addressOf(const void* memory) { return reinterpret_cast<Address>(memory); }
 
 void fill(JpegCoreProperties& record, const cDIBSection& dib, std::int32_t padding,
           const std::vector<char>& fileName, std::int32_t quality) {
@@ -121,7 +121,7 @@ bool SaveJPG(const cDIBSection& dib, const std::u16string& fileName, std::int32_
     }
     fill(record, dib, padding, name, quality);
     const bool written = codec.write(&record, JpegRequest::WriteWholeImageToFile) == kOk;
-    if (!written) showMessage(u"Failed to save to JPG", MB_ICONEXCLAMATION);
+    if (!written) showMessage(kSaveJpgFailure, MB_ICONEXCLAMATION);
     codec.free(&record);
     return written;
 }

@@ -8,6 +8,9 @@ namespace vrx {
 
 class cDIBSection;
 
+/// What the user reads when a JPEG file cannot be written.
+inline constexpr char16_t kSaveJpgFailure[] = u"Failed to save to JPG";
+
 /// Writes what the section holds. True when the file was written; otherwise the user has been told by a
 /// message. The library is looked for in the component's own folder, then in the system's: error 53 where it
 /// is in neither, 453 where it lacks an entry point. The codec knows qualities from 1 to 100.

@@ -4,6 +4,7 @@
 
 #include "common/engine/error.h"
 #include "common/file_io.h"
+#include "common/handle_number.h"
 #include "common/win_resource.h"
 #include "effects/screen_scale.h"
 #include "raster/drawing_surface.h"
@@ -38,7 +39,7 @@ HBITMAP bitmapOf(IPicture& picture) {
     check(picture.get_Type(&type));
     if (type != PICTYPE_BITMAP) throw platformError(Platform::InvalidPicture);
     check(picture.get_Handle(&handle));
-    return reinterpret_cast<HBITMAP>(static_cast<std::uintptr_t>(handle));
+    return handleOf<HBITMAP>(static_cast<LONG>(handle));
 }
 
 }  // namespace
@@ -47,7 +48,7 @@ ComPtr<IPicture> loadPicture(const std::u16string& path) {
     // The system's own loading by path would also take an address on a network, and short names only.
     Bytes file = readFileAndZero(path);
     file.shrink(file.size() - 1);
-    if (isCutBmp(file.span())) throw platformError(Platform::InvalidPicture);
+    if (isBrokenBmp(file.span())) throw platformError(Platform::InvalidPicture);
     ComPtr<IPicture> picture;
     // Not in run mode: there a picture does not own its bitmap on every system.
     check(OleLoadPicture(streamOf(file.span()).get(), static_cast<LONG>(file.size()), FALSE, IID_IPicture,

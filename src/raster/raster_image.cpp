@@ -65,12 +65,6 @@ std::u16string libraryFolder() {
     return {path.begin(), path.begin() + static_cast<std::ptrdiff_t>(path.find_last_of(L'\\') + 1)};
 }
 
-std::u16string temporaryFolder() {
-    wchar_t folder[MAX_PATH + 1];
-    const DWORD length = GetTempPathW(MAX_PATH + 1, folder);
-    return {folder, folder + length};
-}
-
 }  // namespace
 
 void RasterImage::set(std::span<const std::uint8_t> bits, const BmpInfo& info) {

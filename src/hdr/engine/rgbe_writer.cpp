@@ -20,7 +20,7 @@ constexpr std::size_t kMaxRun = 127;
 constexpr std::size_t kMaxLiteral = 128;
 constexpr std::int32_t kMaxWidth = 65535;
 constexpr std::uint64_t kScanlineHeaderSize = 4;
-constexpr std::size_t kBlockSize = 1 << 20;
+constexpr std::size_t kBlockSize = 1 << 18;
 
 std::uint8_t* writeRun(std::size_t length, std::uint8_t value, std::uint8_t* out) {
     *out++ = static_cast<std::uint8_t>(128 + length);

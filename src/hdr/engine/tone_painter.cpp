@@ -5,31 +5,42 @@
 namespace vrx {
 namespace {
 
-constexpr std::size_t kBlock = 8;
+constexpr std::size_t kBlock = 64;
 
-/// A row's four planes and the table that they are looked up in.
+/// Where the components of a block of pixels stand in the table: 256 mantissas to an exponent. The loops over
+/// a whole block become vector instructions, and the look-ups need few registers, of which 32-bit code is
+/// short.
+struct Offsets {
+    std::uint16_t r[kBlock];
+    std::uint16_t g[kBlock];
+    std::uint16_t b[kBlock];
+};
+
+inline void putOffsets(const std::uint8_t* mantissas, const std::uint8_t* exponents, std::size_t size,
+                       std::uint16_t* offsets) {
+    for (std::size_t i = 0; i < size; ++i)
+        offsets[i] = static_cast<std::uint16_t>(exponents[i] << 8 | mantissas[i]);
+}
+
+/// A row's four planes.
 struct PlainRow {
-    const std::uint8_t* table;
     const std::uint8_t* r;
     const std::uint8_t* g;
     const std::uint8_t* b;
     const std::uint8_t* e;
 
-    [[nodiscard]] const std::uint8_t* entriesAt(std::size_t x) const {
-        return table + (std::size_t{e[x]} << 8);
-    }
-
-    /// Blue, green and red in the low 24 bits.
-    [[nodiscard]] std::uint32_t pixel(const std::uint8_t* entries, std::size_t x) const {
-        return entries[b[x]] | std::uint32_t{entries[g[x]]} << 8 | std::uint32_t{entries[r[x]]} << 16;
-    }
-
-    [[nodiscard]] bool blockHasOneExponent(std::size_t x) const {
-        std::uint64_t exponents;
-        std::memcpy(&exponents, e + x, kBlock);
-        return exponents == e[x] * 0x0101010101010101U;
+    void putBlock(std::size_t x, std::size_t size, Offsets& offsets) const {
+        putOffsets(r + x, e + x, size, offsets.r);
+        putOffsets(g + x, e + x, size, offsets.g);
+        putOffsets(b + x, e + x, size, offsets.b);
     }
 };
+
+/// Blue, green and red in the low 24 bits.
+inline std::uint32_t pixel(const std::uint8_t* table, const Offsets& offsets, std::size_t i) {
+    return table[offsets.b[i]] | std::uint32_t{table[offsets.g[i]]} << 8 |
+           std::uint32_t{table[offsets.r[i]]} << 16;
+}
 
 /// Writes 4 bytes, of which the next pixel overwrites the last.
 inline void put(std::uint8_t* bgr, std::uint32_t pixel) { std::memcpy(bgr, &pixel, sizeof pixel); }
@@ -37,19 +48,19 @@ inline void put(std::uint8_t* bgr, std::uint32_t pixel) { std::memcpy(bgr, &pixe
 }  // namespace
 
 void paintPlainRow(const ToneTables& tables, const RgbeStore& store, std::int32_t y, std::uint8_t* bgr) {
-    const PlainRow row{tables.allBytes(), store.row(0, y), store.row(1, y), store.row(2, y), store.row(3, y)};
+    const std::uint8_t* table = tables.allBytes();
+    const PlainRow row{store.row(0, y), store.row(1, y), store.row(2, y), store.row(3, y)};
     const auto width = static_cast<std::size_t>(store.dimX());
+    Offsets offsets;
     std::size_t x = 0;
-    for (; x + kBlock < width; x += kBlock) {
-        const std::uint8_t* entries = row.entriesAt(x);
-        const bool oneExponent = row.blockHasOneExponent(x);
-        for (std::size_t i = x; i < x + kBlock; ++i, bgr += 3) {
-            put(bgr, row.pixel(oneExponent ? entries : row.entriesAt(i), i));
-        }
+    for (; x + kBlock < width; x += kBlock, bgr += 3 * kBlock) {
+        row.putBlock(x, kBlock, offsets);
+        for (std::size_t i = 0; i < kBlock; ++i) put(bgr + 3 * i, pixel(table, offsets, i));
     }
-    for (; x < width; ++x, bgr += 3) {
-        const std::uint32_t pixel = row.pixel(row.entriesAt(x), x);
-        std::memcpy(bgr, &pixel, 3);
+    row.putBlock(x, width - x, offsets);
+    for (std::size_t i = 0; x < width; ++x, ++i, bgr += 3) {
+        const std::uint32_t last = pixel(table, offsets, i);
+        std::memcpy(bgr, &last, 3);
     }
 }
 

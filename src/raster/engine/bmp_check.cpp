@@ -34,6 +34,7 @@ class Fields {
 
 /// What the headers say of the parts that follow them.
 struct Claims {
+    bool empty;
     std::uint64_t headersSize;  ///< with palette and masks
     std::uint64_t bitsOffset;
     std::uint64_t rowSize;  ///< without padding
@@ -56,6 +57,7 @@ void setRows(Claims& claims, std::int64_t width, std::int64_t height, std::uint3
 Claims readCore(const Fields& fields) {
     const std::uint32_t bitCount = fields.word(24);
     Claims claims{};
+    claims.empty = fields.word(18) == 0 || fields.word(20) == 0;
     claims.headersSize = kFileHeaderSize + kCoreHeaderSize + coloursOf(bitCount, 0) * 3;
     claims.bitsOffset = fields.dword(10);
     setRows(claims, fields.word(18), fields.word(20), bitCount);
@@ -66,6 +68,7 @@ Claims readInfo(const Fields& fields) {
     const std::uint32_t bitCount = fields.word(28);
     const std::uint32_t compression = fields.dword(30);
     Claims claims{};
+    claims.empty = fields.dword(18) == 0 || fields.dword(22) == 0;
     claims.headersSize = kFileHeaderSize + fields.dword(14) + coloursOf(bitCount, fields.dword(46)) * 4;
     claims.bitsOffset = fields.dword(10);
     if (compression == kBitFields && fields.dword(14) == kInfoHeaderSize) claims.headersSize += 12;
@@ -80,21 +83,21 @@ Claims readInfo(const Fields& fields) {
 
 /// Files may end without the padding of the last row.
 bool holdsRows(std::uint64_t size, const Claims& claims) {
-    if (claims.rows == 0 || claims.rowSize == 0) return true;
+    if (claims.rowSize == 0) return true;
     if (claims.rowSize > size) return false;
     return claims.rows == 1 || claims.rows - 1 <= (size - claims.rowSize) / claims.stride;
 }
 
 }  // namespace
 
-bool isCutBmp(std::span<const std::uint8_t> file) {
+bool isBrokenBmp(std::span<const std::uint8_t> file) {
     if (file.size() < 2 || file[0] != 'B' || file[1] != 'M') return false;
     if (file.size() < kFileHeaderSize + kCoreHeaderSize) return true;
     const Fields fields(file);
     const bool isCore = fields.dword(14) == kCoreHeaderSize;
     if (!isCore && file.size() < kFileHeaderSize + kInfoHeaderSize) return true;
     const Claims claims = isCore ? readCore(fields) : readInfo(fields);
-    return claims.headersSize > file.size() || claims.bitsOffset > file.size() ||
+    return claims.empty || claims.headersSize > file.size() || claims.bitsOffset > file.size() ||
            !holdsRows(file.size() - claims.bitsOffset, claims);
 }
 

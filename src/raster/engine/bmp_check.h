@@ -6,8 +6,8 @@
 
 namespace vrx {
 
-/// Whether the file is a bitmap file with less in it than its headers promise. Files of other kinds are not
-/// judged.
-[[nodiscard]] bool isCutBmp(std::span<const std::uint8_t> file);
+/// Whether the file is a bitmap file without pixels, or with less in it than its headers promise. Files of
+/// other kinds are not judged.
+[[nodiscard]] bool isBrokenBmp(std::span<const std::uint8_t> file);
 
 }  // namespace vrx

@@ -1,5 +1,6 @@
-// The record that a host and a JPEG codec library with the 1.x interface exchange. All its fields have 32
-// bits, addresses included; both sides are 32-bit programs.
+// The record that a host and a JPEG codec library with the 1.x interface exchange. Its addresses are as wide
+// as those of the process that both sides run in, and lie where a compiler puts them; other fields have 32
+// bits.
 #pragma once
 
 #include <array>
@@ -8,12 +9,12 @@
 
 namespace vrx {
 
-using Address32 = std::uint32_t;
+using Address = std::uintptr_t;
 
 struct JpegCoreProperties {
     std::int32_t UseJPEGPROPERTIES;
 
-    Address32 DIBBytes;
+    Address DIBBytes;
     std::int32_t DIBWidth;
     std::int32_t DIBHeight;
     std::int32_t DIBPadBytes;
@@ -21,8 +22,8 @@ struct JpegCoreProperties {
     std::int32_t DIBColor;
     std::int32_t DIBSubsampling;
 
-    Address32 JPGFile;
-    Address32 JPGBytes;
+    Address JPGFile;
+    Address JPGBytes;
     std::int32_t JPGSizeBytes;
     std::int32_t JPGWidth;
     std::int32_t JPGHeight;
@@ -39,10 +40,11 @@ struct JpegCoreProperties {
     std::array<std::uint8_t, 20000> lowLevelProperties;
 };
 
-static_assert(sizeof(JpegCoreProperties) == 20084);
-static_assert(offsetof(JpegCoreProperties, JPGFile) == 32);
-static_assert(offsetof(JpegCoreProperties, cconversion_reqd) == 72);
-static_assert(offsetof(JpegCoreProperties, jquality) == 80);
+constexpr bool kWideAddresses = sizeof(Address) == 8;
+static_assert(sizeof(JpegCoreProperties) == (kWideAddresses ? 20104 : 20084));
+static_assert(offsetof(JpegCoreProperties, JPGFile) == (kWideAddresses ? 40 : 32));
+static_assert(offsetof(JpegCoreProperties, cconversion_reqd) == (kWideAddresses ? 88 : 72));
+static_assert(offsetof(JpegCoreProperties, jquality) == (kWideAddresses ? 96 : 80));
 
 /// What a codec is asked to do with the record.
 enum class JpegRequest : std::int32_t {

@@ -120,43 +120,44 @@ void blendBytes(const std::uint8_t* lower, const std::uint8_t* upper, std::size_
 }
 
 /// The arithmetic of one row of the target.
-class TiledRow {
+class RowResampler {
   public:
-    TiledRow(const ResampleRow& row, const ResampleColumns& columns)
+    RowResampler(const ResampleRow& row, const ResampleColumns& columns)
         : row_(row), columns_(columns), doubtful_(VRX_LANES(set1_ps)(row.exact ? 1.0F : 0.5F - kGuard)) {}
 
-    void resample(std::uint8_t* out) {
+    void resample(std::uint8_t* out) const {
+        Tile tile;
         std::size_t x = 0;
-        for (std::size_t tile = 0; tile < columns_.tileCount; ++tile) {
-            const std::size_t end = columns_.tileEnds[tile];
+        for (std::size_t i = 0; i < columns_.tileCount; ++i) {
+            const std::size_t end = columns_.tileEnds[i];
             if (end - x < kBlock) {
                 resampleSteps(row_, columns_, x, end, out);
             } else {
-                fill(columns_.lefts[x], columns_.lefts[end - 1] + 2 * kPixel);
-                for (; x + kBlock < end; x += kBlock) resampleBlock(x, out);
+                fill(tile, columns_.lefts[x], columns_.lefts[end - 1] + 2 * kPixel);
+                for (; x + kBlock < end; x += kBlock) resampleBlock(tile, x, out);
                 // Overlaps the one before it.
-                resampleBlock(end - kBlock, out);
+                resampleBlock(tile, end - kBlock, out);
             }
             x = end;
         }
     }
 
   private:
-    void fill(std::size_t begin, std::size_t end) {
+    void fill(Tile& tile, std::size_t begin, std::size_t end) const {
         const std::size_t rowEnd = columns_.last + kPixel;
         const std::size_t size = (end < rowEnd ? end : rowEnd) - begin;
-        blendBytes(row_.lower + begin, row_.upper + begin, size, row_.fraction, tile_.values);
-        for (std::size_t i = size; i < size + kPixel; ++i) tile_.values[i] = tile_.values[i - kPixel];
-        tile_.values[size + kPixel] = 0.0F;
-        tile_.begin = begin;
+        blendBytes(row_.lower + begin, row_.upper + begin, size, row_.fraction, tile.values);
+        std::memcpy(tile.values + size, tile.values + size - kPixel, kPixel * sizeof(float));
+        tile.values[size + kPixel] = 0.0F;
+        tile.begin = begin;
     }
 
-    void resampleBlock(std::size_t x, std::uint8_t* out) const {
+    void resampleBlock(const Tile& tile, std::size_t x, std::uint8_t* out) const {
         Integers nearest[kVectors];
         Floats rest[kVectors];
         Floats farthest = VRX_LANES(set1_ps)(0.0F);
         for (std::size_t i = 0; i < kVectors; ++i) {
-            const Floats values = blendPixels(tile_, columns_, x + i);
+            const Floats values = blendPixels(tile, columns_, x + i);
             nearest[i] = VRX_LANES(cvtps_epi32)(values);
             rest[i] = restOf(values, nearest[i]);
             farthest = VRX_LANES(max_ps)(farthest, rest[i]);
@@ -185,7 +186,6 @@ class TiledRow {
     const ResampleRow& row_;
     const ResampleColumns& columns_;
     Floats doubtful_;
-    Tile tile_;
 };
 
 #endif
@@ -194,7 +194,7 @@ class TiledRow {
 
 void resampleRow(const ResampleRow& row, const ResampleColumns& columns, std::uint8_t* out) {
 #if defined(VRX_LANES)
-    TiledRow(row, columns).resample(out);
+    RowResampler(row, columns).resample(out);
 #else
     resampleSteps(row, columns, 0, columns.count, out);
 #endif
