@@ -53,6 +53,20 @@ VrxPreviewImg::~VrxPreviewImg() {
     static_cast<void>(doEvents());
 }
 
+void VrxPreviewImg::createInPlaceOf(HWND control) {
+    const HWND dialog = GetParent(control);
+    const HWND before = GetWindow(control, GW_HWNDPREV);
+    const int id = GetDlgCtrlID(control);
+    RECT place{};
+    GetWindowRect(control, &place);
+    MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
+    DestroyWindow(control);
+    create(dialog, id, place);
+    SetWindowTextW(window(), L"Preview");  // what screen readers call it
+    if (owner_) SetWindowLongW(window(), GWL_STYLE, GetWindowLongW(window(), GWL_STYLE) | WS_TABSTOP);
+    SetWindowPos(window(), before, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
 STDMETHODIMP VrxPreviewImg::get_Picture(IPictureDisp** value) {
     return answer(value, [&] { return view_.picture().as<IPictureDisp>(); });
 }
@@ -174,7 +188,10 @@ void VrxPreviewImg::viewResized() {
 
 /// The click may come in the object's last moments: an event's receiver may give it back.
 void VrxPreviewImg::viewClicked() {
-    run([&] { fire(kClick); });
+    run([&] {
+        fire(kClick);
+        if (owner_) owner_->previewClicked();
+    });
 }
 
 void VrxPreviewImg::headerLoaded(std::int32_t dimX, std::int32_t dimY) {

@@ -37,6 +37,15 @@ class BagPersistence : public IPersistPropertyBag {
     const CLSID& classId_;
 };
 
+/// The dialog that a preview stands on.
+class PreviewOwner {
+  public:
+    virtual void previewClicked() = 0;
+
+  protected:
+    ~PreviewOwner() = default;
+};
+
 class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, EventSource, BagPersistence>,
                             private PictureViewOwner,
                             private HdrListener {
@@ -45,7 +54,13 @@ class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, EventSource, BagPe
 
     /// Makes the control's window in a dialog.
     void create(HWND parent, int id, const RECT& place) { view_.create(parent, id, place); }
+    /// The same with the place, the number and the turn of a dialog's control, which goes. The keyboard
+    /// reaches it where an owner is told of clicks.
+    void createInPlaceOf(HWND control);
+    /// Is told beside the receivers of the control's events; null for none.
+    void setOwner(PreviewOwner* owner) { owner_ = owner; }
     [[nodiscard]] HWND window() const { return view_.window(); }
+    [[nodiscard]] const ComPtr<IPicture>& picture() const { return view_.picture(); }
 
     STDMETHODIMP get_Picture(IPictureDisp** value) override;
     STDMETHODIMP put_Picture(IPictureDisp* value) override;
@@ -85,6 +100,7 @@ class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, EventSource, BagPe
     void frameFor(std::int32_t width, std::int32_t height);
     void place(std::int32_t boxWidth, std::int32_t boxHeight, std::int32_t width, std::int32_t height);
 
+    PreviewOwner* owner_ = nullptr;
     std::u16string file_;
     bool hdrFile_ = false;
     bool pointerChanged_ = false;

@@ -6,10 +6,32 @@
 #include "com/fp_scope.h"
 #include "com/variant_convert.h"
 #include "common/engine/error.h"
+#include "common/message_loop.h"
+#include "common/owner_window.h"
 #include "dialogs/dpi.h"
 #include "dialogs/visual_styles.h"
 
 namespace vrx {
+namespace {
+
+/// The messages whose answer a dialog procedure returns itself.
+bool isAnsweredDirectly(UINT message) {
+    return message == WM_INITDIALOG || message == WM_CTLCOLORSTATIC || message == WM_CTLCOLORDLG ||
+           message == WM_VKEYTOITEM;
+}
+
+using SetDialogDpiChangeBehavior = BOOL(WINAPI*)(HWND, int, int);
+
+/// On a screen of another resolution the system would lay out the controls of its own accord, against the
+/// form's layout. There since Windows 10.
+void keepSizeOnEveryScreen(HWND dialog) {
+    constexpr int kDisableAll = 1;
+    const FARPROC found = GetProcAddress(GetModuleHandleW(L"user32.dll"), "SetDialogDpiChangeBehavior");
+    const auto set = reinterpret_cast<SetDialogDpiChangeBehavior>(reinterpret_cast<void*>(found));
+    if (set) set(dialog, kDisableAll, kDisableAll);
+}
+
+}  // namespace
 
 /// Disables a form's owner while the form is shown modally, and gives the focus back afterwards.
 class Form::ModalLoop {
@@ -35,6 +57,7 @@ class Form::ModalLoop {
                 if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
                 return;
             }
+            if (form_.takesEnter(message)) continue;
             const HostFpScope host;
             if (IsDialogMessageW(form_.window_, &message)) continue;
             TranslateMessage(&message);
@@ -62,14 +85,15 @@ void Form::load(HWND owner) {
                                            reinterpret_cast<LPARAM>(this));
     rethrowFailure();
     if (!window) throw platformError(Platform::OutOfMemory);
+    keepSizeOnEveryScreen(window);
 }
 
 void Form::showModal() {
-    load(GetActiveWindow());
+    load(ownerWindow());
     {
         ModalLoop loop(*this);
         shown_ = true;
-        ShowWindow(window_, SW_SHOW);
+        makeVisible();
         loop.run();
         shown_ = false;
     }
@@ -79,7 +103,13 @@ void Form::showModal() {
 void Form::show(HWND owner) {
     load(owner);
     shown_ = true;
+    makeVisible();
+}
+
+/// A process's first window obeys the program that started the process, which may want it hidden.
+void Form::makeVisible() {
     ShowWindow(window_, SW_SHOW);
+    if (!IsWindowVisible(window_) || IsIconic(window_)) ShowWindow(window_, SW_SHOWNORMAL);
 }
 
 void Form::hide() {
@@ -103,6 +133,8 @@ void Form::unload() {
 void Form::forgetWindow() {
     window_ = nullptr;
     shown_ = false;
+    // Without the window no message may come that ends a modal loop.
+    PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }
 
 void Form::rethrowFailure() {
@@ -124,15 +156,32 @@ INT_PTR Form::route(UINT message, WPARAM wide, LPARAM longer) noexcept {
     try {
         LRESULT answer = 0;
         if (!dispatch(message, wide, longer, answer)) return FALSE;
-        if (message == WM_INITDIALOG || message == WM_CTLCOLORSTATIC || message == WM_CTLCOLORDLG)
-            return answer;
+        if (isAnsweredDirectly(message)) return answer;
         SetWindowLongPtrW(window, DWLP_MSGRESULT, answer);
         return TRUE;
     } catch (...) {
-        if (!failure_) failure_ = std::current_exception();
-        hide();
+        fail();
         return TRUE;
     }
+}
+
+/// A combo box with its list down closes the list on Enter.
+bool Form::takesEnter(const MSG& message) noexcept {
+    if (message.message != WM_KEYDOWN || message.wParam != VK_RETURN || !IsChild(window_, message.hwnd))
+        return false;
+    if (SendMessageW(message.hwnd, CB_GETDROPPEDSTATE, 0, 0)) return false;
+    try {
+        return onEnter();
+    } catch (...) {
+        fail();
+        return true;
+    }
+}
+
+/// Inside a handler of the exception.
+void Form::fail() noexcept {
+    if (!failure_) failure_ = std::current_exception();
+    hide();
 }
 
 bool Form::dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {
@@ -149,7 +198,7 @@ bool Form::dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {
             return true;
         case WM_COMMAND:
             if (LOWORD(wide) == IDCANCEL && !longer) {
-                onClose();
+                onEscape();
                 return true;
             }
             onCommand(LOWORD(wide), HIWORD(wide), reinterpret_cast<HWND>(longer));
@@ -159,6 +208,9 @@ bool Form::dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {
         case WM_HSCROLL:
         case WM_VSCROLL:
             onScroll(reinterpret_cast<HWND>(longer), LOWORD(wide));
+            return true;
+        case kEnterPressed:
+            answer = takesEnter({reinterpret_cast<HWND>(longer), WM_KEYDOWN, VK_RETURN, 0, 0, {}});
             return true;
         case WM_TIMER:
             onTimer(wide);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "com/variant_convert.h"
+#include "common/owner_window.h"
 #include "dialogs/dpi.h"
 #include "dialogs/engine/preview_frame.h"
 #include "dialogs/resource.h"
@@ -17,44 +18,8 @@ namespace {
 constexpr UINT kStartPreview = WM_APP;
 
 constexpr Extent kEmptyView{320, 240};
-constexpr int kLine = 24;  // pixels that an arrow scrolls
-
-constexpr std::array kLabels{IDC_ZOOM_RED, IDC_ZOOM_GREEN, IDC_ZOOM_BLUE};
-constexpr std::array kReadout{IDC_ZOOM_RED_CAPTION, IDC_ZOOM_RED,          IDC_ZOOM_GREEN_CAPTION,
-                              IDC_ZOOM_GREEN,       IDC_ZOOM_BLUE_CAPTION, IDC_ZOOM_BLUE};
-
-Extent scrollBars() { return {GetSystemMetrics(SM_CXVSCROLL), GetSystemMetrics(SM_CYHSCROLL)}; }
-
-/// Where a scroll bar's code leads; nothing changes for codes that lead nowhere.
-int positionAfter(HWND view, int bar, int code, int position) {
-    SCROLLINFO info{sizeof info, SIF_TRACKPOS | SIF_PAGE | SIF_RANGE, 0, 0, 0, 0, 0};
-    GetScrollInfo(view, bar, &info);
-    switch (code) {
-        case SB_LINEUP:
-            return position - kLine;
-        case SB_LINEDOWN:
-            return position + kLine;
-        case SB_PAGEUP:
-            return position - static_cast<int>(info.nPage);
-        case SB_PAGEDOWN:
-            return position + static_cast<int>(info.nPage);
-        case SB_THUMBTRACK:
-        case SB_THUMBPOSITION:
-            return info.nTrackPos;
-        case SB_TOP:
-            return 0;
-        case SB_BOTTOM:
-            return info.nMax;
-        default:
-            return position;
-    }
-}
-
-void setScrollBar(HWND view, int bar, bool shown, int length, int page, int position) {
-    SCROLLINFO info{sizeof info, SIF_ALL, 0, std::max(length - 1, 0), static_cast<UINT>(page), position, 0};
-    if (shown) SetScrollInfo(view, bar, &info, TRUE);
-    ShowScrollBar(view, bar, shown);
-}
+constexpr std::array kLabels{IDC_LBLCOMP0, IDC_LBLCOMP1, IDC_LBLCOMP2};
+constexpr std::array kReadout{IDC_LBLRED, IDC_LBLCOMP0, IDC_LBLGREEN, IDC_LBLCOMP1, IDC_LBLBLU, IDC_LBLCOMP2};
 
 /// The pixel along one side that a pointer shows.
 std::int32_t pixelAt(int pointer, int length, int dpi) {
@@ -65,7 +30,7 @@ std::int32_t pixelAt(int pointer, int length, int dpi) {
 
 }  // namespace
 
-frmZoom::frmZoom() : Form(IDD_ZOOM), view_(*this), hdr_(*this) {}
+frmZoom::frmZoom() : Form(IDD_FRMZOOM), picture_(*this), hdr_(*this) {}
 
 void frmZoom::See_Image(const std::u16string& fileName) {
     if (fileName.empty()) return;
@@ -74,37 +39,39 @@ void frmZoom::See_Image(const std::u16string& fileName) {
     ComPtr<IPicture> picture = loadPicture(fileName);
     const PictureSize size = pixelSizeOf(*picture.get());
     Set_BMP(std::move(picture), size.width, size.height);
-    view_.setPointer(MousePointer::Cross);
+    picture_.setPointer(MousePointer::Cross);
 }
 
 void frmZoom::See_HDR(const std::u16string& fileName) {
     if (fileName.empty()) return;
-    view_.setPointer(MousePointer::Cross);
+    picture_.setPointer(MousePointer::Cross);
     hdrMode_ = true;
     startPreview_ = true;
     if (hdr_) hdr_.object()->Init();
     fileName_ = fileName;
-    load(GetActiveWindow());
+    load(ownerWindow());
     fitWindow();
 }
 
 void frmZoom::Set_BMP(ComPtr<IPicture> picture, std::int32_t width, std::int32_t height) {
-    load(GetActiveWindow());
-    view_.setPicture(std::move(picture));
-    picture_ = {width, height};
-    scrolled_ = {};
+    load(ownerWindow());
+    picture_.show(std::move(picture), {width, height});
     fitWindow();
 }
 
 void frmZoom::onLoad() {
     RECT inner{};
     GetClientRect(window(), &inner);
-    view_.create(window(), IDC_ZOOM_VIEW, inner);
+    picture_.create(window(), IDC_IMGPREVIEW, inner);
     showReadout(hdrMode_);
+    // The system chose the control with the focus before there was the picture's.
+    PostMessageW(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(picture_.window()), TRUE);
 }
 
+/// The host's own window stays where it is.
 void frmZoom::onUnload() {
-    SetWindowPos(window(), HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    SetWindowPos(window(), HWND_NOTOPMOST, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
     hdr_.endLoad();
 }
 
@@ -123,9 +90,8 @@ void frmZoom::onActivate(bool active) {
 }
 
 void frmZoom::onResize(int width, int height) {
-    if (!view_.window()) return;
-    MoveWindow(view_.window(), 0, 0, width, std::max(height - stripHeight(), 0), TRUE);
-    layOut();
+    if (!picture_.window()) return;
+    picture_.resize(width, std::max(height - stripHeight(), 0));
     for (const int id : kReadout) {
         RECT place{};
         GetWindowRect(control(id), &place);
@@ -136,51 +102,32 @@ void frmZoom::onResize(int width, int height) {
     }
 }
 
-bool frmZoom::onMessage(UINT message, WPARAM wide, LPARAM /*longer*/, LRESULT& answer) {
+bool frmZoom::onMessage(UINT message, WPARAM wide, LPARAM /*longer*/, LRESULT& /*answer*/) {
     switch (message) {
         case kStartPreview:
             hdr_.preview(fileName_);
             return true;
-        case WM_GETDLGCODE:
-            answer = DLGC_WANTARROWS;
-            return true;
         case WM_KEYDOWN:
-            return onKey(wide);
-        case WM_MOUSEWHEEL:
-            scrollTo(SB_VERT, scrolled_.y - GET_WHEEL_DELTA_WPARAM(wide) * 3 * kLine / WHEEL_DELTA);
-            return true;
-        default:
-            return false;
-    }
-}
-
-bool frmZoom::onKey(WPARAM key) {
-    switch (key) {
-        case VK_ESCAPE:
+            if (wide != VK_ESCAPE) return picture_.onKey(wide);
             onClose();
             return true;
-        case VK_LEFT:
-            scrollTo(SB_HORZ, scrolled_.x - kLine);
-            return true;
-        case VK_RIGHT:
-            scrollTo(SB_HORZ, scrolled_.x + kLine);
-            return true;
-        case VK_UP:
-            scrollTo(SB_VERT, scrolled_.y - kLine);
-            return true;
-        case VK_DOWN:
-            scrollTo(SB_VERT, scrolled_.y + kLine);
-            return true;
         default:
-            return false;
+            return picture_.onWheel(message, wide);
     }
 }
 
 void frmZoom::viewPointed(int x, int y) {
-    if (!hdrMode_ || !hdr_) return;
+    pointed_ = POINT{x, y};
+    showPixel();
+}
+
+/// The values of the pixel that the mouse pointed at last: its row may have come since.
+void frmZoom::showPixel() {
+    if (!hdrMode_ || !hdr_ || !pointed_) return;
     const ScreenDpi dpi = screenDpi();
+    const auto [width, height] = picture_.pictureSize();
     std::array<Variant, 3> values;
-    hdr_.object()->Get_Pixel(pixelAt(x, picture_.width, dpi.x), pixelAt(y, picture_.height, dpi.y),
+    hdr_.object()->Get_Pixel(pixelAt(pointed_->x, width, dpi.x), pixelAt(pointed_->y, height, dpi.y),
                              &values[0].get(), &values[1].get(), &values[2].get());
     for (std::size_t c = 0; c < kLabels.size(); ++c) {
         if (V_VT(&values[c].get()) == VT_EMPTY) continue;
@@ -189,28 +136,15 @@ void frmZoom::viewPointed(int x, int y) {
     }
 }
 
-void frmZoom::viewScrolled(int bar, int code) {
-    const int position = bar == SB_HORZ ? scrolled_.x : scrolled_.y;
-    scrollTo(bar, positionAfter(view_.window(), bar, code, position));
-}
-
-void frmZoom::scrollTo(int bar, int position) {
-    const SIZE view = view_.size();
-    if (bar == SB_HORZ) {
-        scrolled_.x = heldPosition(view.cx, picture_.width, position);
-    } else {
-        scrolled_.y = heldPosition(view.cy, picture_.height, position);
-    }
-    layOut();
-}
-
 /// An empty frame of the picture's size until the pixels come.
 void frmZoom::headerLoaded(std::int32_t dimX, std::int32_t dimY) {
     if (hdrMode_ && isLoaded()) Set_BMP({}, dimX, dimY);
 }
 
 void frmZoom::pictureRefreshed(ComPtr<IPicture> picture) {
-    if (hdrMode_) view_.setPicture(std::move(picture));
+    if (!hdrMode_) return;
+    picture_.refresh(std::move(picture));
+    showPixel();
 }
 
 void frmZoom::showReadout(bool shown) {
@@ -233,10 +167,10 @@ Extent frmZoom::borders() const {
 void frmZoom::fitWindow() {
     showReadout(hdrMode_);
     const Extent screen{GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
-    Extent content = picture_ == Extent{} ? kEmptyView : picture_;
+    Extent content = picture_.pictureSize() == Extent{} ? kEmptyView : picture_.pictureSize();
     if (hdrMode_) {
         RECT last{};
-        GetWindowRect(control(IDC_ZOOM_BLUE), &last);
+        GetWindowRect(control(IDC_LBLCOMP2), &last);
         MapWindowPoints(nullptr, window(), reinterpret_cast<POINT*>(&last), 2);
         content.width = std::max(content.width, static_cast<int>(last.right));
     }
@@ -250,25 +184,6 @@ void frmZoom::fitWindow() {
     RECT inner{};
     GetClientRect(window(), &inner);
     onResize(inner.right, inner.bottom);
-}
-
-/// Scroll bars and the picture's place in the view; showing a bar resizes the view and comes back here.
-void frmZoom::layOut() {
-    if (!view_.window() || layingOut_) return;
-    layingOut_ = true;
-    RECT whole{};
-    GetWindowRect(view_.window(), &whole);
-    const Extent area{static_cast<int>(whole.right - whole.left), static_cast<int>(whole.bottom - whole.top)};
-    const ScrolledView scrolling = scrolledView(area, picture_, scrollBars());
-    const auto [width, height] = scrolling.view;
-    scrolled_ = {heldPosition(width, picture_.width, scrolled_.x),
-                 heldPosition(height, picture_.height, scrolled_.y)};
-    setScrollBar(view_.window(), SB_HORZ, scrolling.horizontalBar, picture_.width, width, scrolled_.x);
-    setScrollBar(view_.window(), SB_VERT, scrolling.verticalBar, picture_.height, height, scrolled_.y);
-    const LONG left = contentStart(width, picture_.width, scrolled_.x);
-    const LONG top = contentStart(height, picture_.height, scrolled_.y);
-    view_.setFrame({left, top, left + picture_.width, top + picture_.height});
-    layingOut_ = false;
 }
 
 }  // namespace vrx

@@ -2,10 +2,10 @@
 // pixel under the mouse.
 #pragma once
 
+#include <optional>
 #include <string>
 
-#include "dialogs/controls/picture_view.h"
-#include "dialogs/engine/zoom_layout.h"
+#include "dialogs/controls/scrolled_picture.h"
 #include "dialogs/form.h"
 #include "dialogs/hdr_events.h"
 
@@ -35,30 +35,24 @@ class frmZoom final : public Form, private PictureViewOwner, private HdrListener
     void onResize(int width, int height) override;
     bool onMessage(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) override;
 
-    void viewResized() override { layOut(); }
     void viewClicked() override { onClose(); }
     void viewPointed(int x, int y) override;
-    void viewScrolled(int bar, int code) override;
 
     void headerLoaded(std::int32_t dimX, std::int32_t dimY) override;
     void pictureRefreshed(ComPtr<IPicture> picture) override;
 
+    void showPixel();
     void showReadout(bool shown);
     void fitWindow();
-    void layOut();
-    void scrollTo(int bar, int position);
-    bool onKey(WPARAM key);
     [[nodiscard]] int stripHeight() const;
     [[nodiscard]] Extent borders() const;
 
-    PictureView view_;
+    ScrolledPicture picture_;
     HdrConnection hdr_;
     std::u16string fileName_;
     bool hdrMode_ = false;
     bool startPreview_ = false;
-    Extent picture_{};
-    POINT scrolled_{};
-    bool layingOut_ = false;
+    std::optional<POINT> pointed_;
 };
 
 }  // namespace vrx

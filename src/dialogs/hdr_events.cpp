@@ -3,6 +3,7 @@
 #include <atomic>
 #include <utility>
 
+#include "com/error_info.h"
 #include "com/fp_scope.h"
 #include "com/variant_convert.h"
 #include "common/engine/error.h"
@@ -18,26 +19,6 @@ constexpr DISPID kOnHeaderLoaded = 2;
 ComPtr<IPicture> pictureIn(const VARIANT& value) {
     const Variant object = convert(value, VT_DISPATCH);
     return ComPtr<IDispatch>(V_DISPATCH(&object.get())).as<IPicture>();
-}
-
-/// Throws the failure of a call together with the information that it left.
-void check(HRESULT result) {
-    if (SUCCEEDED(result)) return;
-    Error error{HRESULT_FACILITY(result) == FACILITY_CONTROL
-                    ? HRESULT_CODE(result)
-                    : static_cast<std::int32_t>(Platform::InternalError),
-                {},
-                {}};
-    ComPtr<IErrorInfo> info;
-    if (GetErrorInfo(0, info.put()) == S_OK) {
-        Bstr source;
-        Bstr description;
-        info->GetSource(source.put());
-        info->GetDescription(description.put());
-        error.source = toText(source.get());
-        error.description = toText(description.get());
-    }
-    throw error;
 }
 
 }  // namespace
@@ -125,7 +106,7 @@ void HdrConnection::preview(const std::u16string& file) const {
     if (!object_) throw platformError(Platform::ObjectNotSet);
     const ComPtr<_CVrxHDR> object = object_;
     const auto running = isLoading() ? object.as<IHdrFriend>() : ComPtr<IHdrFriend>();
-    check(running ? running->setFileName(toBstr(file).get()) : object->Get_Preview(toBstr(file).get()));
+    checkCall(running ? running->setFileName(toBstr(file).get()) : object->Get_Preview(toBstr(file).get()));
 }
 
 bool HdrConnection::isLoading() const {

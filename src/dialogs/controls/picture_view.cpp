@@ -1,12 +1,12 @@
 #include "dialogs/controls/picture_view.h"
 
-#include <olectl.h>
-
+#include <cstdlib>
 #include <mutex>
 #include <utility>
 
 #include "com/fp_scope.h"
 #include "common/win32_error.h"
+#include "dialogs/controls/picture_drawing.h"
 
 namespace vrx {
 namespace {
@@ -16,26 +16,6 @@ constexpr wchar_t kClassName[] = L"VrxCommon.PictureView";
 /// The window class is there while any view is, so that none is left when the library goes.
 std::mutex classGuard;
 int classUsers = 0;
-
-/// A bitmap selected into a memory device context for as long as it exists.
-class BitmapDc {
-  public:
-    explicit BitmapDc(HBITMAP bitmap) : dc_(CreateCompatibleDC(nullptr)) {
-        previous_ = SelectObject(dc_.get(), bitmap);
-    }
-    BitmapDc(const BitmapDc&) = delete;
-    BitmapDc& operator=(const BitmapDc&) = delete;
-    ~BitmapDc() {
-        if (previous_) SelectObject(dc_.get(), previous_);
-    }
-
-    explicit operator bool() const { return previous_ != nullptr; }
-    [[nodiscard]] HDC get() const { return dc_.get(); }
-
-  private:
-    MemoryDc dc_;
-    HGDIOBJ previous_ = nullptr;
-};
 
 /// Between the messages that begin and end a window's painting.
 class Painting {
@@ -53,68 +33,6 @@ class Painting {
     PAINTSTRUCT paint_{};
     HDC dc_;
 };
-
-/// The handle of a picture that is a plain bitmap; null for every other kind.
-HBITMAP plainBitmap(IPicture& picture) {
-    SHORT type = PICTYPE_NONE;
-    DWORD attributes = 0;
-    OLE_HANDLE handle = 0;
-    if (FAILED(picture.get_Type(&type)) || type != PICTYPE_BITMAP) return nullptr;
-    if (SUCCEEDED(picture.get_Attributes(&attributes)) && (attributes & PICTURE_TRANSPARENT)) return nullptr;
-    picture.get_Handle(&handle);
-    return reinterpret_cast<HBITMAP>(static_cast<UINT_PTR>(handle));
-}
-
-/// True when it was drawn.
-bool stretchBitmap(HDC dc, HBITMAP bitmap, const RECT& frame) {
-    BITMAP description{};
-    if (!bitmap || !GetObjectW(bitmap, sizeof description, &description)) return false;
-    const BitmapDc source(bitmap);
-    if (!source) return false;
-    SetStretchBltMode(dc, COLORONCOLOR);
-    return StretchBlt(dc, frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top,
-                      source.get(), 0, 0, description.bmWidth, description.bmHeight, SRCCOPY) != FALSE;
-}
-
-LPCWSTR cursorOf(MousePointer pointer) {
-    switch (static_cast<int>(pointer)) {
-        case 2:
-            return IDC_CROSS;
-        case 3:
-            return IDC_IBEAM;
-        case 5:
-        case 15:
-            return IDC_SIZEALL;
-        case 6:
-            return IDC_SIZENESW;
-        case 7:
-            return IDC_SIZENS;
-        case 8:
-            return IDC_SIZENWSE;
-        case 9:
-            return IDC_SIZEWE;
-        case 10:
-            return IDC_UPARROW;
-        case 11:
-            return IDC_WAIT;
-        case 12:
-            return IDC_NO;
-        case 13:
-            return IDC_APPSTARTING;
-        case 14:
-            return IDC_HELP;
-        default:
-            return IDC_ARROW;
-    }
-}
-
-HCURSOR iconCursor(IPicture* icon) {
-    SHORT type = PICTYPE_NONE;
-    OLE_HANDLE handle = 0;
-    if (!icon || FAILED(icon->get_Type(&type)) || type != PICTYPE_ICON) return nullptr;
-    icon->get_Handle(&handle);
-    return reinterpret_cast<HCURSOR>(static_cast<UINT_PTR>(handle));
-}
 
 }  // namespace
 
@@ -146,8 +64,8 @@ PictureView::~PictureView() {
     DestroyWindow(window_);
 }
 
-void PictureView::create(HWND parent, int id, const RECT& place) {
-    window_ = CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, place.left,
+void PictureView::create(HWND parent, int id, const RECT& place, DWORD style) {
+    window_ = CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | style, place.left,
                               place.top, place.right - place.left, place.bottom - place.top, parent,
                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), moduleInstance(), this);
     if (!window_) throw win32Error(GetLastError());
@@ -206,18 +124,31 @@ std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM lon
             owner_.viewResized();
             return 0;
         case WM_LBUTTONDOWN:
-            pressed_ = PtInRect(&frame_, pointer) != FALSE;
-            if (pressed_) SetCapture(window_);
+            press(pointer);
             return 0;
         case WM_LBUTTONUP:
             release(pointer);
             return 0;
         case WM_CAPTURECHANGED:
-            pressed_ = false;
+            press_.reset();
             return 0;
         case WM_MOUSEMOVE:
-            if (PtInRect(&frame_, pointer))
+            if (!((wide & MK_LBUTTON) && drag(pointer)) && PtInRect(&frame_, pointer))
                 owner_.viewPointed(pointer.x - frame_.left, pointer.y - frame_.top);
+            return 0;
+        case WM_GETDLGCODE:
+            if (!has(kKeysForParent)) return std::nullopt;
+            return DLGC_WANTARROWS;
+        case WM_MOUSEWHEEL:
+        case kHorizontalWheel:
+        case WM_KEYDOWN:
+            if (has(kKeysForParent)) return SendMessageW(GetParent(window_), message, wide, longer);
+            if (message != WM_KEYDOWN || wide != VK_SPACE || !takesKeys()) return std::nullopt;
+            owner_.viewClicked();
+            return 0;
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+            if (takesKeys()) invalidate();
             return 0;
         case WM_SETCURSOR:
             if (LOWORD(longer) == HTCLIENT && showPointer()) return TRUE;
@@ -233,9 +164,30 @@ std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM lon
     }
 }
 
-/// A click is a press and a release: the release alone may belong to a press on another window.
+void PictureView::press(POINT pointer) {
+    if (!PtInRect(&frame_, pointer)) return;
+    press_ = Press{pointer, false};
+    SetCapture(window_);
+}
+
+/// True while the mouse drags the picture. A hand that is not quite still does not drag yet.
+bool PictureView::drag(POINT pointer) {
+    if (!press_) return false;
+    const LONG right = pointer.x - press_->pointer.x;
+    const LONG down = pointer.y - press_->pointer.y;
+    if (!press_->drags && std::abs(right) < GetSystemMetrics(SM_CXDRAG) &&
+        std::abs(down) < GetSystemMetrics(SM_CYDRAG))
+        return false;
+    if (!owner_.viewDragged(right, down)) return false;
+    press_ = Press{pointer, true};
+    return true;
+}
+
+/// A click is a press and a release: the release alone may belong to a press on another window, or end a
+/// drag.
 void PictureView::release(POINT pointer) {
-    const bool clicked = std::exchange(pressed_, false) && PtInRect(&frame_, pointer);
+    const std::optional<Press> press = std::exchange(press_, {});
+    const bool clicked = press && !press->drags && PtInRect(&frame_, pointer);
     if (GetCapture() == window_) ReleaseCapture();
     if (clicked) owner_.viewClicked();
 }
@@ -250,6 +202,13 @@ bool PictureView::showPointer() const {
     return true;
 }
 
+bool PictureView::has(DWORD style) const {
+    return (static_cast<DWORD>(GetWindowLongW(window_, GWL_STYLE)) & style) != 0;
+}
+
+/// Some dialogs give the focus to their only control, be it a tab stop or not.
+bool PictureView::takesKeys() const { return has(WS_TABSTOP) && !has(kKeysForParent); }
+
 /// Everything is drawn off screen first, so that neither the background nor half a picture is ever seen.
 void PictureView::paint() {
     const Painting painting(window_);
@@ -257,7 +216,7 @@ void PictureView::paint() {
     const int width = area.right - area.left;
     const int height = area.bottom - area.top;
     if (!painting.dc() || width <= 0 || height <= 0) return;
-    const Bitmap canvas(CreateCompatibleBitmap(painting.dc(), width, height));
+    const Bitmap canvas(makeCanvas(painting.dc(), picture_.get(), width, height));
     const BitmapDc buffer(canvas.get());
     if (!buffer) {
         draw(painting.dc(), area);
@@ -270,17 +229,11 @@ void PictureView::paint() {
 
 void PictureView::draw(HDC dc, const RECT& area) const {
     FillRect(dc, &area, GetSysColorBrush(COLOR_APPWORKSPACE));
-    if (picture_) drawPicture(dc);
-}
-
-void PictureView::drawPicture(HDC dc) const {
-    if (stretchBitmap(dc, plainBitmap(*picture_.get()), frame_)) return;
-    OLE_XSIZE_HIMETRIC width = 0;
-    OLE_YSIZE_HIMETRIC height = 0;
-    if (FAILED(picture_->get_Width(&width)) || FAILED(picture_->get_Height(&height))) return;
-    // A picture's own lengths count from the bottom.
-    picture_->Render(dc, frame_.left, frame_.top, frame_.right - frame_.left, frame_.bottom - frame_.top, 0,
-                     height, width, -height, nullptr);
+    if (picture_) drawPicture(dc, *picture_.get(), frame_);
+    if (!takesKeys() || GetFocus() != window_) return;
+    RECT inner{};
+    GetClientRect(window_, &inner);
+    DrawFocusRect(dc, &inner);
 }
 
 }  // namespace vrx

@@ -1,5 +1,5 @@
 // A child window that shows a picture stretched into a frame inside it, without flicker. What the frame is,
-// and what a click does, is its owner's business.
+// and what a click does, is its owner's business. As a tab stop of a dialog it is clicked by the space bar.
 #pragma once
 
 #include <windows.h>
@@ -10,12 +10,12 @@
 
 #include "com/com_ptr.h"
 #include "com/module.h"
-#include "common/win_resource.h"
+#include "dialogs/controls/mouse_pointer.h"
 
 namespace vrx {
 
-/// Pointers as forms number them.
-enum class MousePointer : short { Default = 0, Arrow = 1, Cross = 2, Custom = 99 };
+/// A wheel that is tilted, or turned with a second wheel; systems older than this message send none.
+inline constexpr UINT kHorizontalWheel = 0x020E;
 
 /// What happens to a view.
 class PictureViewOwner {
@@ -24,6 +24,8 @@ class PictureViewOwner {
     virtual void viewClicked() {}
     /// In pixels from the frame's corner, inside the frame.
     virtual void viewPointed(int /*x*/, int /*y*/) {}
+    /// By so many pixels since the last time, with the left button; false where there is nothing to drag.
+    virtual bool viewDragged(int /*right*/, int /*down*/) { return false; }
     virtual void viewScrolled(int /*bar*/, int /*code*/) {}
 
   protected:
@@ -37,8 +39,12 @@ class PictureView {
     PictureView& operator=(const PictureView&) = delete;
     ~PictureView();
 
-    /// Makes the window; without one the view keeps its picture and frame all the same.
-    void create(HWND parent, int id, const RECT& place);
+    /// A style: what the view gets of keys and turns of the wheel is its parent's.
+    static constexpr DWORD kKeysForParent = 1;
+
+    /// Makes the window, with these styles besides its own; without one the view keeps its picture and frame
+    /// all the same.
+    void create(HWND parent, int id, const RECT& place, DWORD style = 0);
     [[nodiscard]] HWND window() const { return window_; }
     /// The inner area.
     [[nodiscard]] SIZE size() const;
@@ -64,13 +70,22 @@ class PictureView {
         ~WindowClass();
     };
 
+    /// A left button that is down, and where the mouse was last.
+    struct Press {
+        POINT pointer;
+        bool drags;
+    };
+
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wide, LPARAM longer);
     [[nodiscard]] std::optional<LRESULT> handle(UINT message, WPARAM wide, LPARAM longer);
+    void press(POINT pointer);
+    bool drag(POINT pointer);
     void release(POINT pointer);
     void paint();
     void draw(HDC dc, const RECT& area) const;
-    void drawPicture(HDC dc) const;
     [[nodiscard]] bool showPointer() const;
+    [[nodiscard]] bool has(DWORD style) const;
+    [[nodiscard]] bool takesKeys() const;
     void invalidate() const;
 
     PictureViewOwner& owner_;
@@ -81,7 +96,7 @@ class PictureView {
     ComPtr<IPicture> icon_;
     RECT frame_{};
     MousePointer pointer_ = MousePointer::Default;
-    bool pressed_ = false;
+    std::optional<Press> press_;
 };
 
 }  // namespace vrx

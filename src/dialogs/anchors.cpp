@@ -1,0 +1,51 @@
+#include "dialogs/anchors.h"
+
+namespace vrx {
+
+void Anchors::attach(HWND form) {
+    form_ = form;
+    RECT inner{};
+    RECT outer{};
+    GetClientRect(form, &inner);
+    GetWindowRect(form, &outer);
+    designed_ = {inner.right, inner.bottom};
+    smallest_ = {outer.right - outer.left, outer.bottom - outer.top};
+}
+
+void Anchors::add(HWND control, unsigned edges) {
+    RECT place{};
+    GetWindowRect(control, &place);
+    MapWindowPoints(nullptr, form_, reinterpret_cast<POINT*>(&place), 2);
+    places_.push_back({control, edges, place});
+}
+
+/// Nothing is copied along: what stood in a control's old place may be drawn over by another one's new place.
+void Anchors::arrange() const {
+    if (!form_) return;
+    RECT inner{};
+    GetClientRect(form_, &inner);
+    const LONG wider = inner.right - designed_.cx;
+    const LONG higher = inner.bottom - designed_.cy;
+    HDWP moves = BeginDeferWindowPos(static_cast<int>(places_.size()));
+    for (const Place& place : places_) {
+        RECT now = place.designed;
+        if (place.edges & kRight) {
+            now.right += wider;
+            if (!(place.edges & kLeft)) now.left += wider;
+        }
+        if (place.edges & kBottom) {
+            now.bottom += higher;
+            if (!(place.edges & kTop)) now.top += higher;
+        }
+        if (moves)
+            moves = DeferWindowPos(moves, place.control, nullptr, now.left, now.top, now.right - now.left,
+                                   now.bottom - now.top, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
+    }
+    if (moves) EndDeferWindowPos(moves);
+}
+
+void Anchors::limit(MINMAXINFO& limits) const {
+    if (form_) limits.ptMinTrackSize = {smallest_.cx, smallest_.cy};
+}
+
+}  // namespace vrx

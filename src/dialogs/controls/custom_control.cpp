@@ -1,0 +1,72 @@
+#include "dialogs/controls/custom_control.h"
+
+#include <mutex>
+
+#include "com/fp_scope.h"
+#include "common/win32_error.h"
+
+namespace vrx {
+namespace {
+
+constexpr wchar_t kClassName[] = L"VrxCommon.Control";
+
+std::mutex classGuard;
+int classUsers = 0;
+
+}  // namespace
+
+CustomControl::WindowClass::WindowClass() {
+    const std::lock_guard lock(classGuard);
+    if (classUsers == 0) {
+        WNDCLASSEXW description{};
+        description.cbSize = sizeof description;
+        description.style = CS_DBLCLKS;
+        description.lpfnWndProc = procedure;
+        description.hInstance = moduleInstance();
+        description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+        description.lpszClassName = kClassName;
+        // A window that ended with its thread has left the class behind.
+        if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
+            throw win32Error(GetLastError());
+    }
+    ++classUsers;
+}
+
+CustomControl::WindowClass::~WindowClass() {
+    const std::lock_guard lock(classGuard);
+    if (--classUsers == 0) UnregisterClassW(kClassName, moduleInstance());
+}
+
+CustomControl::~CustomControl() {
+    if (!window_) return;
+    SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+    DestroyWindow(window_);
+}
+
+void CustomControl::create(HWND parent, int id, DWORD style, const RECT& place) {
+    window_ = CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_CLIPSIBLINGS | style, place.left, place.top,
+                              place.right - place.left, place.bottom - place.top, parent,
+                              reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), moduleInstance(), this);
+    if (!window_) throw win32Error(GetLastError());
+}
+
+LRESULT CALLBACK CustomControl::procedure(HWND window, UINT message, WPARAM wide, LPARAM longer) {
+    const FpScope floatingPoint;
+    if (message == WM_NCCREATE) {
+        const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(longer);
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
+    }
+    auto* control = reinterpret_cast<CustomControl*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (control && message == WM_NCDESTROY) control->window_ = nullptr;
+    if (control && control->window_ == window) {
+        try {
+            if (const auto answer = control->handle(message, wide, longer)) return *answer;
+        } catch (...) {
+            // What fails here has no caller to fail to: the control stays as it is.
+            return 0;
+        }
+    }
+    return DefWindowProcW(window, message, wide, longer);
+}
+
+}  // namespace vrx

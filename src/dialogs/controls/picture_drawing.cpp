@@ -1,0 +1,58 @@
+#include "dialogs/controls/picture_drawing.h"
+
+#include <olectl.h>
+
+#include "common/handle_number.h"
+#include "raster/drawing_surface.h"
+
+namespace vrx {
+namespace {
+
+/// The handle of a picture that is a plain bitmap; null for every other kind.
+HBITMAP plainBitmap(IPicture& picture) {
+    SHORT type = PICTYPE_NONE;
+    DWORD attributes = 0;
+    OLE_HANDLE handle = 0;
+    if (FAILED(picture.get_Type(&type)) || type != PICTYPE_BITMAP) return nullptr;
+    if (SUCCEEDED(picture.get_Attributes(&attributes)) && (attributes & PICTURE_TRANSPARENT)) return nullptr;
+    picture.get_Handle(&handle);
+    return handleOf<HBITMAP>(static_cast<LONG>(handle));
+}
+
+/// True when it was drawn.
+bool stretchBitmap(HDC dc, HBITMAP bitmap, const RECT& frame) {
+    BITMAP description{};
+    if (!bitmap || !GetObjectW(bitmap, sizeof description, &description)) return false;
+    const BitmapDc source(bitmap);
+    if (!source) return false;
+    SetStretchBltMode(dc, COLORONCOLOR);
+    return StretchBlt(dc, frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top,
+                      source.get(), 0, 0, description.bmWidth, description.bmHeight, SRCCOPY) != FALSE;
+}
+
+}  // namespace
+
+/// For a 24-bit section it is one as well: the system would convert the whole of a large picture, only to
+/// show few of its pixels.
+HBITMAP makeCanvas(HDC screen, IPicture* picture, int width, int height) {
+    DIBSECTION section{};
+    const HBITMAP shown = picture ? plainBitmap(*picture) : nullptr;
+    const bool isSection = shown && GetObjectW(shown, sizeof section, &section) == sizeof section;
+    if (!isSection || section.dsBmih.biBitCount != 24) return CreateCompatibleBitmap(screen, width, height);
+    BITMAPINFO info{};
+    info.bmiHeader = header24(width, height);
+    void* bits = nullptr;
+    return CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+}
+
+void drawPicture(HDC dc, IPicture& picture, const RECT& frame) {
+    if (stretchBitmap(dc, plainBitmap(picture), frame)) return;
+    OLE_XSIZE_HIMETRIC width = 0;
+    OLE_YSIZE_HIMETRIC height = 0;
+    if (FAILED(picture.get_Width(&width)) || FAILED(picture.get_Height(&height))) return;
+    // A picture's own lengths count from the bottom.
+    picture.Render(dc, frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top, 0, height,
+                   width, -height, nullptr);
+}
+
+}  // namespace vrx

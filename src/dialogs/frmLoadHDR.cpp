@@ -1,0 +1,101 @@
+#include "dialogs/frmLoadHDR.h"
+
+#include <array>
+
+#include "common/message_loop.h"
+#include "dialogs/resource.h"
+
+namespace vrx {
+namespace {
+
+constexpr std::array<std::u16string_view, 2> kTypes{u"*.HDR", u"*.*"};
+constexpr LoadDialogKind kKind{IDD_FRMLOADHDR, kTypes, settings::kHdrLoaderPath, settings::kHdrLoaderPreview,
+                               std::nullopt};
+
+// How often the waiting messages get their turn before a load begins again with the sliders' new values.
+constexpr int kMessagePasses = 200;
+
+}  // namespace
+
+frmLoadHDR::frmLoadHDR() : LoadDialog(kKind), hdr_(*this) {}
+
+void frmLoadHDR::onLoad() {
+    LoadDialog::onLoad();
+    for (const int id : {IDC_LABEL8, IDC_LABEL9}) anchor(id, kLeft | kBottom);
+    for (const int id : {IDC_SLIDER1, IDC_SLIDER2}) anchor(id, kLeft | kRight | kBottom);
+    preview().put_HDRFile(VARIANT_TRUE);
+    preview().putref_objHDR(objHDR().get());
+    exposure_.attach(control(IDC_SLIDER1), kExposureScale);
+    gamma_.attach(control(IDC_SLIDER2), kGammaScale);
+    applyExposure();
+    applyGamma();
+}
+
+void frmLoadHDR::applyExposure() {
+    appliedExposure_ = exposure_.position();
+    if (hdr_) objHDR()->put_Exposure(exposureOfSlider(appliedExposure_));
+}
+
+void frmLoadHDR::applyGamma() {
+    appliedGamma_ = gamma_.position();
+    if (hdr_) objHDR()->put_Gamma(gammaOfSlider(appliedGamma_));
+}
+
+/// A preview that is being loaded goes on with the new file, so it must not be told to end.
+void frmLoadHDR::showChosenFile() {
+    if (hdr_ && previews_ == 0) objHDR()->Init();
+    applyExposure();
+    applyGamma();
+    loadPreview();
+}
+
+void frmLoadHDR::loadPreview() {
+    const std::u16string name = chosen();
+    ++previews_;
+    setPreviewFile(name);
+    --previews_;
+    // Another file may have been chosen meanwhile.
+    if (!closing() && chosen() == name) setChosen(previewFile());
+}
+
+/// A move ends with notifications that tell nothing new.
+void frmLoadHDR::onScroll(HWND /*control*/, int /*code*/) {
+    if (!hdr_ || closing()) return;
+    const bool exposureMoved = exposure_.position() != appliedExposure_;
+    const bool gammaMoved = gamma_.position() != appliedGamma_;
+    if (exposureMoved) applyExposure();
+    if (gammaMoved) applyGamma();
+    if ((exposureMoved || gammaMoved) && previewOn()) refreshPreview();
+}
+
+void frmLoadHDR::refreshPreview() {
+    if (showsWholePicture()) {
+        objHDR()->Get_BMP();
+        UpdateWindow(preview().window());
+        return;
+    }
+    // A slider moved in one of the passes: the load that begins after the last one takes its value too.
+    if (letsMessagesPass_) return;
+    letsMessagesPass_ = true;
+    bool running = true;
+    for (int i = 0; i < kMessagePasses && running && !closing(); ++i) running = doEvents();
+    letsMessagesPass_ = false;
+    if (running && !closing()) loadPreview();
+}
+
+bool frmLoadHDR::showsWholePicture() const {
+    long width = 0;
+    VARIANT_BOOL loading = VARIANT_FALSE;
+    objHDR()->get_DimX(&width);
+    objHDR()->get_HDRLoading(&loading);
+    return width >= 1 && loading == VARIANT_FALSE;
+}
+
+/// Init takes back what a slider has asked of the load before: to begin again when it ends.
+void frmLoadHDR::endPreview() {
+    if (!hdr_) return;
+    objHDR()->EndHDR();
+    if (previews_ > 0) objHDR()->Init();
+}
+
+}  // namespace vrx

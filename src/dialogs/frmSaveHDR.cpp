@@ -1,0 +1,154 @@
+#include "dialogs/frmSaveHDR.h"
+
+#include <array>
+#include <optional>
+
+#include "com/error_info.h"
+#include "com/variant_convert.h"
+#include "common/engine/upper_case.h"
+#include "common/file_io.h"
+#include "common/host_program.h"
+#include "dialogs/engine/file_names.h"
+#include "dialogs/resource.h"
+#include "dialogs/wait_cursor.h"
+
+namespace vrx {
+namespace {
+
+constexpr std::array<std::u16string_view, 3> kTypes{u"*.HDR", u"*.JPG", u"*.BMP"};
+const SaveDialogKind kKind{IDD_FRMSAVEHDR, kTypes, settings::kHdrSaverPath, settings::kHdrSaverType,
+                           settings::kHdrSaverQuality};
+
+// By the numbers of Enum_AutoExpositionType.
+constexpr std::array kExpositionTypes{L"Attenuate Max", L"Attenuate All"};
+
+// In place of an exposure and a gamma: the object's own.
+constexpr float kOwn = -1;
+
+/// The picture as a BMP file that is gone afterwards, in the host's folder or, where that takes no files, in
+/// the user's temporary one.
+class TemporaryBitmap {
+  public:
+    TemporaryBitmap(_CVrxHDR& object, const std::u16string& target) : path_(write(object, target)) {}
+    TemporaryBitmap(const TemporaryBitmap&) = delete;
+    TemporaryBitmap& operator=(const TemporaryBitmap&) = delete;
+    ~TemporaryBitmap() { DeleteFileW(toWide(path_).c_str()); }
+
+    [[nodiscard]] const std::u16string& path() const { return path_; }
+
+  private:
+    static std::u16string write(_CVrxHDR& object, const std::u16string& target) {
+        const std::u16string hosts = temporaryFileName(hostFolder());
+        // The file that the user wants may have this very name.
+        if (!equalInUpperCase(hosts, target)) {
+            const HRESULT written = object.Convert_HDR_to_BMP(toBstr(hosts).get(), kOwn, kOwn);
+            if (SUCCEEDED(written)) return hosts;
+        }
+        std::u16string users = temporaryFileName(temporaryFolder());
+        checkCall(object.Convert_HDR_to_BMP(toBstr(users).get(), kOwn, kOwn));
+        return users;
+    }
+
+    const std::u16string path_;
+};
+
+}  // namespace
+
+frmSaveHDR::frmSaveHDR() : SaveDialog(kKind), preview_(new VrxPreviewImg) {}
+
+void frmSaveHDR::onLoad() {
+    SaveDialog::onLoad();
+    preview_->createInPlaceOf(control(IDC_VRXPREVIMG));
+    anchorControls();
+    exposure_.attach(control(IDC_SLIDER2), kExposureScale);
+    gamma_.attach(control(IDC_SLIDER3), kGammaScale);
+    for (const wchar_t* type : kExpositionTypes)
+        SendDlgItemMessageW(window(), IDC_CMBAUTOEXPTYPE, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(type));
+    if (!object_) return;
+    showExposition();
+    preview_->putref_objHDR(object_.get());
+    applyExposure();
+    applyGamma();
+    render();
+    preview_->FitPicture();
+}
+
+void frmSaveHDR::anchorControls() {
+    anchor({IDC_DIR1, IDC_FILE1}, kLeft | kTop | kBottom);
+    anchor({IDC_LABEL2, IDC_TEXT1, IDC_LABEL3, IDC_COMBO1}, kLeft | kBottom);
+    anchor({IDC_LABEL4, IDC_LABEL5, IDC_LABEL6, IDC_SLIDER1, IDC_LABEL7}, kLeft | kBottom);
+    anchor({IDC_VRXPREVIMG}, kLeft | kTop | kRight | kBottom);
+    anchor({IDC_CHKAUTOEXPOSURE, IDC_LABEL14, IDC_CMBAUTOEXPTYPE}, kLeft | kBottom);
+    anchor({IDC_LABEL8, IDC_LABEL9, IDC_LABEL10, IDC_LABEL12}, kLeft | kBottom);
+    anchor({IDC_SLIDER2, IDC_SLIDER3}, kLeft | kRight | kBottom);
+    anchor({IDC_LABEL11, IDC_LABEL13, IDC_COMMAND1, IDC_COMMAND2}, kRight | kBottom);
+}
+
+void frmSaveHDR::showExposition() {
+    VARIANT_BOOL on = VARIANT_FALSE;
+    Enum_AutoExpositionType type = HDRAETMax;
+    object_->get_AutoExposition(&on);
+    object_->get_AutoExpositionType(&type);
+    setChecked(IDC_CHKAUTOEXPOSURE, on != VARIANT_FALSE);
+    SendDlgItemMessageW(window(), IDC_CMBAUTOEXPTYPE, CB_SETCURSEL, static_cast<WPARAM>(type), 0);
+}
+
+void frmSaveHDR::onCommand(int id, int notification, HWND control) {
+    if (object_ && id == IDC_CHKAUTOEXPOSURE && notification == BN_CLICKED) {
+        object_->put_AutoExposition(isChecked(id) ? VARIANT_TRUE : VARIANT_FALSE);
+        refresh();
+    } else if (object_ && id == IDC_CMBAUTOEXPTYPE && notification == CBN_SELCHANGE) {
+        const LRESULT row = SendMessageW(control, CB_GETCURSEL, 0, 0);
+        object_->put_AutoExpositionType(static_cast<Enum_AutoExpositionType>(row));
+        refresh();
+    } else {
+        SaveDialog::onCommand(id, notification, control);
+    }
+}
+
+void frmSaveHDR::onScroll(HWND control, int code) {
+    SaveDialog::onScroll(control, code);
+    if (!object_) return;
+    if (control == exposure_.window() && exposure_.moved()) {
+        applyExposure();
+        refresh();
+    }
+    if (control == gamma_.window() && gamma_.moved()) {
+        applyGamma();
+        refresh();
+    }
+}
+
+void frmSaveHDR::applyExposure() { object_->put_Exposure(exposureOfSlider(exposure_.position())); }
+
+void frmSaveHDR::applyGamma() { object_->put_Gamma(gammaOfSlider(gamma_.position())); }
+
+void frmSaveHDR::refresh() {
+    VARIANT_BOOL slow = VARIANT_FALSE;
+    object_->get_AutoExposition(&slow);
+    std::optional<WaitCursor> wait;
+    if (slow != VARIANT_FALSE) wait.emplace();
+    render();
+    UpdateWindow(preview_->window());
+}
+
+/// The preview follows by the object's event. What cannot be painted is not shown; it may be saved all the
+/// same.
+void frmSaveHDR::render() {
+    long width = 0;
+    object_->get_DimX(&width);
+    if (width >= 1) object_->Get_BMP();
+}
+
+void frmSaveHDR::writePicture(SaveFormat format, const std::u16string& fullName) {
+    if (!object_) throw platformError(Platform::ObjectNotSet);
+    if (format == SaveFormat::Hdr) {
+        Bstr written;
+        checkCall(object_->Save_HDR(toBstr(fullName).get(), written.put()));
+        return;
+    }
+    const TemporaryBitmap bitmap(*object_, fullName);
+    writeBitmap(bitmap.path(), format, fullName);
+}
+
+}  // namespace vrx
