@@ -1,13 +1,30 @@
 #include "pattern/CVrxPattern.h"
 
+#include <atomic>
+#include <utility>
 #include <vector>
 
 #include "pattern/engine/pattern_expansion.h"
+#include "pattern/frmPattern.h"
 
 namespace vrx {
 namespace {
 
 const ClassIdentity kIdentity = {u"CVrxPattern", CLSID_CVrxPattern, IID__CVrxPattern};
+
+/// There is one editor for the whole library.
+std::atomic<bool> editorOpen = false;
+
+/// Has the editor as long as it exists. Error 5 while someone else has it.
+class EditorUse {
+  public:
+    EditorUse() {
+        if (editorOpen.exchange(true)) throw platformError(Platform::InvalidCall);
+    }
+    EditorUse(const EditorUse&) = delete;
+    EditorUse& operator=(const EditorUse&) = delete;
+    ~EditorUse() { editorOpen = false; }
+};
 
 }  // namespace
 
@@ -21,7 +38,27 @@ STDMETHODIMP CVrxPattern::put_REGKEY(BSTR value) {
     return run([&] { regKey_ = toText(value); });
 }
 
-STDMETHODIMP CVrxPattern::Load(BSTR*) { return refuse(); }
+STDMETHODIMP CVrxPattern::Load(BSTR* Default) {
+    if (!Default) return E_POINTER;
+    return run([&] {
+        Bstr edited = toBstr(edit(toText(*Default)));
+        const Bstr previous(std::exchange(*Default, edited.release()));
+    });
+}
+
+/// The edited pattern string; empty when the user cancels.
+std::u16string CVrxPattern::edit(const std::u16string& pattern) {
+    const EditorUse use;
+    frmPattern editor;
+    editor.setREGKEY(regKey_);
+    editor.setObjPattern(ComPtr<_CVrxPattern>(this));
+    editor.prepare(pattern);
+    editor.showModal();
+    editor.setObjPattern({});
+    std::u16string edited = editor.cancelled() ? std::u16string() : editor.pattern();
+    editor.unload();
+    return edited;
+}
 
 STDMETHODIMP CVrxPattern::Get_PatternFromString(BSTR strPattern, long NumItem, VARIANT* arPattern) {
     if (!arPattern) return E_POINTER;

@@ -20,6 +20,8 @@ class CVrxPattern final : public ObjectBase<_CVrxPattern> {
   private:
     ~CVrxPattern() override = default;
 
+    [[nodiscard]] std::u16string edit(const std::u16string& pattern);
+
     std::u16string regKey_;
 };
 

@@ -1,0 +1,31 @@
+// The font of the pattern editor's controls. The window's height in pixels is fixed, so that at a high
+// resolution the dialog's own font may be too large for it.
+#pragma once
+
+#include <windows.h>
+
+#include "common/win_resource.h"
+#include "pattern/engine/pattern_layout.h"
+
+namespace vrx {
+
+class EditorFont {
+  public:
+    /// The dialog's font, or the largest below it with which the controls fit an inner area of this size.
+    void attach(HWND dialog, SIZE inner);
+
+    [[nodiscard]] HFONT get() const { return font_; }
+    [[nodiscard]] const PatternTexts& texts() const { return texts_; }
+    /// Of "100.0%", the longest that the editor shows in its tip.
+    [[nodiscard]] SIZE percentage() const { return percentage_; }
+
+  private:
+    void measure(HWND dialog);
+
+    HFONT font_ = nullptr;
+    Font own_;
+    PatternTexts texts_{};
+    SIZE percentage_{};
+};
+
+}  // namespace vrx

@@ -1,0 +1,34 @@
+#include "pattern/pattern_files.h"
+
+#include "common/engine/paths.h"
+#include "common/file_io.h"
+#include "pattern/engine/pattern_file.h"
+
+namespace vrx {
+
+std::optional<std::u16string> PatternFiles::choose(HWND owner, PatternFileUse use) {
+    auto path = choosePatternFile(owner, use, folder_, fileName_ + u".VGR");
+    if (!path) return path;
+    folder_ = *path;
+    fileName_ = getAppName(folder_, false);
+    return path;
+}
+
+std::optional<std::u16string> PatternFiles::load(HWND owner) {
+    const auto path = choose(owner, PatternFileUse::Load);
+    if (!path) return std::nullopt;
+    const Bytes file = readFileAndZero(*path);
+    const auto content = file.span().first(file.size() - 1);
+    if (content.empty()) return std::nullopt;
+    return decodePatternFile(content);
+}
+
+void PatternFiles::save(HWND owner, const std::u16string& pattern) {
+    const auto path = choose(owner, PatternFileUse::Save);
+    if (!path) return;
+    FileReplacement file(*path);
+    file.write(encodePatternFile(pattern));
+    file.commit();
+}
+
+}  // namespace vrx

@@ -1,0 +1,153 @@
+#include "pattern/stop_flag.h"
+
+#include <utility>
+
+#include "com/variant_convert.h"
+#include "common/win_resource.h"
+#include "pattern/engine/pattern_layout.h"
+#include "pattern/modPattern.h"
+
+namespace vrx {
+namespace {
+
+constexpr int kFrame = 2;
+constexpr COLORREF kColorBits = 0x00FFFFFF;
+
+/// Deletes a brush made for one drawing.
+using Brush = Resource<HBRUSH, [](HBRUSH handle) { DeleteObject(handle); }>;
+
+bool isFlagKey(WPARAM key) {
+    switch (key) {
+        case VK_LEFT:
+        case VK_RIGHT:
+        case VK_DELETE:
+        case VK_INSERT:
+        case VK_F2:
+        case VK_RETURN:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+StopFlag::StopFlag(StopFlagOwner& owner, HWND parent, int id, std::size_t index)
+    : owner_(owner), index_(index) {
+    create(parent, id, 0, {0, 0, kFlagWidth, kFlagHeight});
+}
+
+void StopFlag::moveTo(int left, int top) {
+    if (placed_ && left == left_ && top == top_) return;
+    placed_ = true;
+    left_ = left;
+    top_ = top;
+    SetWindowPos(window(), nullptr, left, top, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+}
+
+void StopFlag::setColor(std::int32_t color) {
+    if (std::exchange(color_, color) != color) invalidate();
+}
+
+void StopFlag::setSelected(bool selected) {
+    if (std::exchange(selected_, selected) == selected) return;
+    const LONG style = GetWindowLongW(window(), GWL_STYLE) & ~static_cast<LONG>(WS_TABSTOP);
+    SetWindowLongW(window(), GWL_STYLE, selected ? style | static_cast<LONG>(WS_TABSTOP) : style);
+    invalidate();
+}
+
+void StopFlag::setName(const std::u16string& name) {
+    if (std::exchange(name_, name) != name) SetWindowTextW(window(), toWide(name).c_str());
+}
+
+void StopFlag::bringToFront() {
+    SetWindowPos(window(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+std::optional<LRESULT> StopFlag::handle(UINT message, WPARAM wide, LPARAM longer) {
+    const int x = static_cast<short>(LOWORD(longer));
+    switch (message) {
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT:
+            paint();
+            return 0;
+        case WM_LBUTTONDOWN:
+            press(x);
+            return 0;
+        case WM_MOUSEMOVE:
+            if (pressed_ && (wide & MK_LBUTTON)) drag(x);
+            return 0;
+        case WM_LBUTTONUP:
+            if (GetCapture() == window()) ReleaseCapture();
+            return 0;
+        case WM_CAPTURECHANGED:
+            release();
+            return 0;
+        case WM_LBUTTONDBLCLK:
+            post(kFlagOpened, 0);
+            return 0;
+        case WM_SETFOCUS:
+            invalidate();
+            owner_.flagFocused(index_);
+            return 0;
+        case WM_KILLFOCUS:
+            invalidate();
+            owner_.flagReleased();
+            return 0;
+        case WM_GETDLGCODE: {
+            const auto* key = reinterpret_cast<const MSG*>(longer);
+            const bool enter = key && key->message == WM_KEYDOWN && key->wParam == VK_RETURN;
+            return DLGC_WANTARROWS | (enter ? DLGC_WANTMESSAGE : 0);
+        }
+        case WM_KEYDOWN:
+            if (!isFlagKey(wide)) return std::nullopt;
+            post(kFlagKey, wide);
+            return 0;
+        case WM_KEYUP:
+            post(kFlagKey, 0);
+            return 0;
+        default:
+            return std::nullopt;
+    }
+}
+
+void StopFlag::post(UINT message, WPARAM wide) const {
+    PostMessageW(GetParent(window()), message, wide, static_cast<LPARAM>(index_));
+}
+
+void StopFlag::press(int x) {
+    pressed_ = true;
+    drag_.press(x, left_);
+    SetCapture(window());
+    SetFocus(window());
+    owner_.flagPressed(index_);
+}
+
+void StopFlag::drag(int x) {
+    const std::int32_t columns = drag_.movement(x, left_);
+    if (columns != 0) owner_.flagDragged(index_, columns);
+}
+
+void StopFlag::release() {
+    if (std::exchange(pressed_, false)) owner_.flagReleased();
+}
+
+bool StopFlag::showsFocus() const {
+    return GetFocus() == window() && !(SendMessageW(window(), WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS);
+}
+
+/// Frame and inside share no pixel, so nothing flickers.
+void StopFlag::paint() {
+    PAINTSTRUCT painting{};
+    const HDC dc = BeginPaint(window(), &painting);
+    RECT inner{kFrame, kFrame, kFlagWidth - kFrame, kFlagHeight - kFrame};
+    const Brush brush(CreateSolidBrush(static_cast<COLORREF>(color_) & kColorBits));
+    FillRect(dc, &inner, brush.get());
+    Draw_FlagFrame(dc, 0, 0, kFlagWidth, kFlagHeight, selected_);
+    if (showsFocus()) DrawFocusRect(dc, &inner);
+    EndPaint(window(), &painting);
+}
+
+}  // namespace vrx
