@@ -3,53 +3,54 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <limits>
 
 #include "jpeg/engine/status.h"
 
 namespace vrx::jpeg {
 namespace {
 
-constexpr std::uint64_t kAddressSpaceEnd = std::uint64_t{1} << 32;
+constexpr Address kLastAddress = std::numeric_limits<Address>::max();
 constexpr std::size_t kLongestFileName = 1024;
 
 constexpr DWORD kWritable = PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
 constexpr DWORD kReadable = kWritable | PAGE_READONLY | PAGE_EXECUTE_READ;
 
-std::uint8_t* pointerTo(Address32 address) { return reinterpret_cast<std::uint8_t*>(address); }
+std::uint8_t* pointerTo(Address address) { return reinterpret_cast<std::uint8_t*>(address); }
 
 /// How many bytes from `address` on allow one of the kinds of access, `size` at most.
-std::size_t accessibleSize(Address32 address, std::size_t size, DWORD access) {
+std::size_t accessibleSize(Address address, std::size_t size, DWORD access) {
     if (address == 0) return 0;
-    const std::uint64_t end = std::min(std::uint64_t{address} + size, kAddressSpaceEnd);
-    std::uint64_t position = address;
+    const Address end = address + std::min(size, kLastAddress - address);
+    Address position = address;
     while (position < end) {
         MEMORY_BASIC_INFORMATION region;
-        const void* const start = pointerTo(static_cast<Address32>(position));
-        if (VirtualQuery(start, &region, sizeof region) == 0 || region.State != MEM_COMMIT ||
+        if (VirtualQuery(pointerTo(position), &region, sizeof region) == 0 || region.State != MEM_COMMIT ||
             (region.Protect & access) == 0 || (region.Protect & PAGE_GUARD) != 0) {
             break;
         }
-        position = reinterpret_cast<Address32>(region.BaseAddress) + std::uint64_t{region.RegionSize};
+        const Address start = reinterpret_cast<Address>(region.BaseAddress);
+        position = start + std::min<Address>(region.RegionSize, kLastAddress - start);
     }
-    return static_cast<std::size_t>(std::min(position, end) - address);
+    return std::min(position, end) - address;
 }
 
-std::span<std::uint8_t> bytesAt(Address32 address, std::size_t size, DWORD access) {
+std::span<std::uint8_t> bytesAt(Address address, std::size_t size, DWORD access) {
     require(address != 0 && accessibleSize(address, size, access) == size, Status::BadAddress);
     return {pointerTo(address), size};
 }
 
 }  // namespace
 
-std::span<const std::uint8_t> readableBytes(Address32 address, std::size_t size) {
+std::span<const std::uint8_t> readableBytes(Address address, std::size_t size) {
     return bytesAt(address, size, kReadable);
 }
 
-std::span<std::uint8_t> writableBytes(Address32 address, std::size_t size) {
+std::span<std::uint8_t> writableBytes(Address address, std::size_t size) {
     return bytesAt(address, size, kWritable);
 }
 
-std::u16string fileNameAt(Address32 address) {
+std::u16string fileNameAt(Address address) {
     const std::span<const std::uint8_t> bytes(pointerTo(address),
                                               accessibleSize(address, kLongestFileName, kReadable));
     const auto end = std::find(bytes.begin(), bytes.end(), std::uint8_t{0});

@@ -12,10 +12,10 @@
 namespace vrx::jpeg {
 
 /// Fail with BadAddress where not all of the memory can be read or written.
-[[nodiscard]] std::span<const std::uint8_t> readableBytes(Address32 address, std::size_t size);
-[[nodiscard]] std::span<std::uint8_t> writableBytes(Address32 address, std::size_t size);
+[[nodiscard]] std::span<const std::uint8_t> readableBytes(Address address, std::size_t size);
+[[nodiscard]] std::span<std::uint8_t> writableBytes(Address address, std::size_t size);
 
 /// A zero-terminated file name of 8-bit characters; BadAddress too where it is empty or has no end.
-[[nodiscard]] std::u16string fileNameAt(Address32 address);
+[[nodiscard]] std::u16string fileNameAt(Address address);
 
 }  // namespace vrx::jpeg

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <new>
 
+#include "com/thread_library.h"
 #include "common/engine/error.h"
 #include "jpeg/codec_calls.h"
 #include "jpeg/engine/record_check.h"
@@ -24,7 +25,7 @@ template <class Body>
 std::int32_t onRecord(void* address, Status fileFailure, Body body) noexcept {
     try {
         const auto bytes =
-            vrx::jpeg::writableBytes(reinterpret_cast<vrx::Address32>(address), sizeof(JpegCoreProperties));
+            vrx::jpeg::writableBytes(reinterpret_cast<vrx::Address>(address), sizeof(JpegCoreProperties));
         JpegCoreProperties record;
         std::memcpy(&record, bytes.data(), sizeof record);
         body(record);
@@ -45,6 +46,12 @@ std::int32_t onRecord(void* address, Status fileFailure, Body body) noexcept {
 }  // namespace
 
 extern "C" {
+
+BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
+    if (reason == DLL_THREAD_DETACH) vrx::releaseThreadAtItsEnd();
+    if (reason == DLL_PROCESS_DETACH && !processEnds) vrx::releaseThreadLibraryAtUnload();
+    return TRUE;
+}
 
 std::int32_t WINAPI ijlInit(void* record) {
     return onRecord(record, Status::InternalError, vrx::jpeg::initialise);

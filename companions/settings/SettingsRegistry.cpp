@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "common/handle_number.h"
 #include "common/win32_error.h"
 #include "settings/registry_text.h"
 
@@ -13,7 +14,7 @@ const ClassIdentity kIdentity = {u"SettingsRegistry", CLSID_SettingsRegistry, II
 
 /// Only the hives that keep settings: any other number could be a handle of the host's.
 HKEY hiveOf(long number) {
-    const HKEY hive = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(number));
+    const HKEY hive = handleOf<HKEY>(number);
     for (const HKEY known :
          {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER, HKEY_CLASSES_ROOT, HKEY_USERS, HKEY_CURRENT_CONFIG}) {
         if (hive == known) return known;
