@@ -3,8 +3,14 @@
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -ffp-contract=off)
 
 if(WIN32)
-    # 32-bit hosts call with a stack aligned to 4 bytes only; SSE2 arithmetic gives the same bits in every build.
-    add_compile_options(-mstackrealign -msse2 -mfpmath=sse)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+        # 32-bit hosts call with a stack aligned to 4 bytes only.
+        set(VRX_HOST_STACK_OPTION -mstackrealign)
+        # SSE2 arithmetic gives the same bits in every build.
+        add_compile_options(${VRX_HOST_STACK_OPTION} -msse2 -mfpmath=sse)
+        # Exported functions are stdcall, and have their plain names in the .def files.
+        add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,--enable-stdcall-fixup>)
+    endif()
     add_compile_definitions(UNICODE _UNICODE WINVER=0x0501 _WIN32_WINNT=0x0501 NOMINMAX WIN32_LEAN_AND_MEAN)
     add_link_options(-static)
 endif()

@@ -18,7 +18,7 @@ if(WIN32)
         BINARY_DIR ${built}
         PREFIX ${built}-steps
         CMAKE_ARGS -DCMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE} -DCMAKE_BUILD_TYPE=Release
-            -DCMAKE_C_FLAGS=-mstackrealign -DCMAKE_INSTALL_PREFIX=${built}/install
+            -DCMAKE_C_FLAGS=${VRX_HOST_STACK_OPTION} -DCMAKE_INSTALL_PREFIX=${built}/install
             -DENABLE_SHARED=0 -DWITH_TURBOJPEG=0 -DREQUIRE_SIMD=1
         BUILD_COMMAND ${CMAKE_COMMAND} --build <BINARY_DIR> --target jpeg-static
         BUILD_BYPRODUCTS ${built}/libjpeg.a

@@ -1,15 +1,4 @@
-# Toolchain: 32-bit Windows by mingw-w64 with POSIX threads.
+# Toolchain: 32-bit Windows.
 
-set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)
-
-set(prefix i686-w64-mingw32)
-set(CMAKE_C_COMPILER ${prefix}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${prefix}-g++-posix)
-set(CMAKE_RC_COMPILER ${prefix}-windres)
-
-set(CMAKE_FIND_ROOT_PATH /usr/${prefix})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw-w64.cmake)

@@ -1,0 +1,46 @@
+# Prints the manifest of a DLL for registration-free use, from the IDL of its type library (mawk).
+# Its version is that of the interface, so that hosts' manifests stay right from one release to the next.
+# Variables: dll, architecture (x86, amd64), more_typelibs ("UUID VERSION RESOURCE" triples).
+
+function typelib(uuid, version, resource) {
+    return "    <typelib tlbid=\"{" uuid "}\" version=\"" version "\" helpdir=\"\" resourceid=\"" resource "\"/>\n"
+}
+
+function between(text, before, after,    start) {
+    start = index(text, before) + length(before)
+    text = substr(text, start)
+    return substr(text, 1, index(text, after) - 1)
+}
+
+/^[ \t]*\[/ { creatable = 1 }
+/uuid\(/ { uuid = between($0, "uuid(", ")") }
+/[^a-z]version\(/ { library_version = between($0, "version(", ")") }
+/helpstring\("/ { description = between($0, "helpstring(\"", "\")") }
+/noncreatable/ { creatable = 0 }
+
+/^library / {
+    library = $2
+    library_uuid = uuid
+}
+
+/^    interface _.* : IDispatch/ {
+    stubs = stubs "  <comInterfaceExternalProxyStub name=\"" $2 "\" iid=\"{" uuid "}\" tlbid=\"{" library_uuid "}\"" \
+        "\n      proxyStubClsid32=\"{00020424-0000-0000-C000-000000000046}\"/>\n"
+}
+
+/^    coclass / && creatable {
+    name = library "." $2
+    classes = classes "    <comClass description=\"" description "\"\n      clsid=\"{" uuid "}\" progid=\"" name ".1\"" \
+        " threadingModel=\"Apartment\"\n      tlbid=\"{" library_uuid "}\">\n      <progid>" name "</progid>\n    </comClass>\n"
+}
+
+END {
+    typelibs = typelib(library_uuid, library_version, 1)
+    count = split(more_typelibs, words, " ")
+    for (i = 1; i + 2 <= count; i += 3) typelibs = typelibs typelib(words[i], words[i + 1], words[i + 2])
+    print "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>"
+    print "<assembly xmlns=\"urn:schemas-microsoft-com:asm.v1\" manifestVersion=\"1.0\">"
+    print "  <assemblyIdentity type=\"win32\" name=\"" library ".X\" version=\"" library_version ".0.0\"" \
+        " processorArchitecture=\"" architecture "\"/>"
+    printf "  <file name=\"%s\">\n%s%s  </file>\n%s</assembly>\n", dll, classes, typelibs, stubs
+}
