@@ -24,11 +24,13 @@ SavePixels base & "_smooth.bmp"
 
 ' The bits and their record go through the script as they are; DimX and DimY follow the record in Set_BMP.
 Sub LoadPixels
+    ' [load]
     bits = Empty
     info = Empty
     image.Load_BMP WScript.Arguments(0)
     image.Get_BMP bits, info
     image.Set_BMP bits, info
+    ' [/load]
 End Sub
 
 Sub SavePixels(name)
