@@ -5,16 +5,21 @@
 
 usage() {
     cat <<'TEXT'
-VrxCommon: a COM automation component for HDR pictures (32-bit Windows), built and tested on Debian 12.
+VrxCommon: a COM automation component for HDR pictures (Windows), built and tested on Debian 12.
 
   ./vrx demo [PICTURE.hdr] [OUTDIR]  write exposures of a picture as BMP and JPEG, through a script host in Wine;
                                      without a picture, one is made (OUTDIR: build/demo)
-  ./vrx test                         run every test: engine, component in Wine, fuzz corpus
-  ./vrx build                        build the component, its tests and samples into build/win32/bin
+  ./vrx demo --see [PICTURE.hdr]     show a picture in the zoom window; without a display, in build/demo/see.png
+  ./vrx demo --dialog [PICTURE.hdr]  open the dialog that loads HDR pictures; without a display, build/demo/dialog.png
+  ./vrx test [--win64]               run every test: engine, component and samples in Wine, package, fuzz corpus
+  ./vrx build [--win64]              build the component, its tests and samples into build/win32/bin
+  ./vrx package [--win64]            make dist/VrxCommon-VERSION-win32.zip, what users of the component install
   ./vrx bench [--win32]              run the benchmarks on this machine, or those for Windows in Wine
   ./vrx fuzz [SECONDS]               run each fuzz target for SECONDS (60); crashes go to build/fuzz/crashes
   ./vrx wine COMMAND...              run a Windows command in Wine, with the component registered
-  ./vrx clean                        delete build/
+  ./vrx clean                        delete build/ and dist/
+
+With --win64 it is the component for 64-bit Windows, in build/win64/bin, and test runs its tests only.
 
 Debian packages are installed as needed (as root or by sudo). A 32-bit Wine is unpacked into
 ~/.cache/vrxcommon once, when none is installed. The first run takes some minutes for this.
@@ -24,8 +29,8 @@ TEXT
 command=${1:-help}
 shift || true
 case $command in
-    demo | test | build | bench | fuzz | wine) exec "$tools/$command.sh" "$@" ;;
-    clean) rm -rf "$build" ;;
+    demo | test | build | package | bench | fuzz | wine) exec "$tools/$command.sh" "$@" ;;
+    clean) rm -rf "$build" "$repo/dist" ;;
     help | -h | --help) usage ;;
     *)
         usage >&2

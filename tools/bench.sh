@@ -13,7 +13,7 @@ case ${1:-} in
         done
         ;;
     --win32)
-        install_packages native windows bench
+        install_packages native windows windows32 bench
         build_preset bench-win32 "-DVRX_BENCHMARK_SOURCE=$("$tools/source_package.sh" benchmark)"
         start_project_session
         for program in "$build"/bench-win32/bin/bench_*.exe; do

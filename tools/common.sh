@@ -16,6 +16,14 @@ die() {
     exit 1
 }
 
+# bits_of ARGUMENT... - prints 64 when the first argument is the option --win64, otherwise 32.
+bits_of() {
+    if [[ ${1:-} == --win64 ]]; then echo 64; else echo 32; fi
+}
+
+# project_version - prints the version of the product.
+project_version() { sed -nE 's/^project\(VrxCommon VERSION ([0-9.]+) .*/\1/p' "$repo/CMakeLists.txt"; }
+
 # build_preset PRESET [CMAKE OPTION...] - configures build/PRESET and builds it.
 build_preset() {
     local preset=$1

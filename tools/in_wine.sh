@@ -1,9 +1,11 @@
 #!/bin/bash
-# in_wine.sh PREFIX COMMAND... - runs a Windows command in a Wine prefix, which is created when it is absent.
+# in_wine.sh [--win64] PREFIX COMMAND... - runs a Windows command in a Wine prefix, which is created when it is absent.
 
 . "$(dirname "$0")/common.sh"
 . "$tools/wine_session.sh"
 
-start_session "$(realpath -m -- "$1")"
+bits=$(bits_of "$@")
+[[ $bits == 32 ]] || shift
+start_session "$(realpath -m -- "$1")" "$bits"
 shift
 in_wine 600 "$@"

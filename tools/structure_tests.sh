@@ -1,11 +1,13 @@
 #!/bin/bash
-# Tests rules that the sources and the built files keep; each script's name is its rule. Adds the results to the tally.
+# structure_tests.sh [--win64] - tests rules that the sources and the built files keep; each script's name is its rule.
+# Adds the results to the tally.
 
 . "$(dirname "$0")/common.sh"
 . "$tools/tally.sh"
 
+bin=$build/win$(bits_of "$@")/bin
 say "Structure tests"
 for script in "$repo"/tests/structure/*.sh; do
     name=${script##*/}
-    check "${name%.sh}" bash "$script"
+    check "${name%.sh}" bash "$script" "$bin"
 done

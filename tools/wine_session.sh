@@ -1,14 +1,14 @@
 # shellcheck shell=bash
-# Sourced: a 32-bit Wine, a display for it, and sessions in a Wine prefix.
+# Sourced: a Wine of 32 or 64 bits, a display for it, and sessions in a Wine prefix.
 # A Wine on the PATH is used when it runs 32-bit programs; otherwise Debian's i386 Wine is unpacked into the cache folder.
+# The 64-bit Wine is the one that Debian installs.
 
 . "$tools/packages.sh"
 . "$tools/private_apt.sh"
 
 wine_state=$build/wine
 wine_root=$cache/wine-i386
-wine_template=$wine_state/template
-export WINEARCH=win32 WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+export WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
 
 # fetch_wine - unpacks Debian's i386 Wine and the libraries it needs into wine_root, all or nothing.
 fetch_wine() (
@@ -36,8 +36,16 @@ adopt_zlib() {
     { printf 'Wine builtin DLL' && head -c 16 /dev/zero; } | dd of="$dll" bs=1 seek=64 conv=notrunc status=none
 }
 
-# choose_wine - sets wine, wineserver and wine_libraries.
+# choose_wine BITS - sets wine_template, wine, wineserver and wine_libraries for a Wine of 32 or 64 bits.
 choose_wine() {
+    export WINEARCH=win$1
+    wine_template=$wine_state/template$1
+    install_packages "wine$1"
+    if [[ $1 == 64 ]]; then
+        wine=/usr/lib/wine/wine64 wineserver=/usr/lib/wine/wineserver64 wine_libraries=
+        export WINELOADER=$wine WINESERVER=$wineserver
+        return
+    fi
     if path_wine_works; then
         wine=wine wineserver=wineserver wine_libraries=
         return
@@ -77,6 +85,9 @@ make_template() (
     in_wine 60 reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null || exit 1
     # There is no window manager to wait for when a window closes.
     in_wine 60 reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null || exit 1
+    # The signs on title bars and scroll bars.
+    [[ $wine != "$wine_root"/* ]] ||
+        cp "$wine_root/usr/share/wine/fonts/marlett.ttf" "$work/drive_c/windows/Fonts/" || exit 1
     echo 'WScript.Echo "runs"' >"$work/check.vbs"
     [[ $(in_wine 60 cscript //nologo "$(windows_path "$work/check.vbs")") == runs* ]] || exit 1
     rm "$work/check.vbs"
@@ -127,11 +138,10 @@ stop_display() {
     display_process=
 }
 
-# start_session PREFIX - opens a session in PREFIX, which is made from the template when it is absent.
+# start_session PREFIX [BITS] - opens a session in PREFIX, which is made from the template when it is absent.
 # Everything started is ended again when the script exits.
 start_session() {
-    install_packages wine
-    choose_wine
+    choose_wine "${2:-32}"
     make_template || die "Wine does not run a script"
     export WINEPREFIX=$1
     trap end_session EXIT
@@ -142,17 +152,27 @@ start_session() {
     start_display
 }
 
-# start_throwaway_session - opens a session in a fresh prefix, which is deleted when the script exits.
+# start_throwaway_session [BITS] - opens a session in a fresh prefix, which is deleted when the script exits.
 start_throwaway_session() {
     mkdir -p "$wine_state"
     throwaway_folder=$(mktemp -d "$wine_state/throwaway.XXXXXX")
-    start_session "$throwaway_folder/prefix"
+    start_session "$throwaway_folder/prefix" "$@"
 }
 
 # start_project_session - opens a session in the project's prefix and registers the built components in it.
 start_project_session() {
-    local library
     start_session "$build/wine-prefix"
+    register_components
+}
+
+# start_throwaway_project_session - the same in a fresh prefix, which is deleted when the script exits.
+start_throwaway_project_session() {
+    start_throwaway_session
+    register_components
+}
+
+register_components() {
+    local library
     for library in "$build"/win32/bin/{VrxCommon,VrxSettings}.dll; do
         in_wine 60 regsvr32 /s "$(windows_path "$library")" || die "could not register $library"
     done

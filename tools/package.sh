@@ -1,0 +1,50 @@
+#!/bin/bash
+# package.sh [--win64] - makes dist/VrxCommon-VERSION-win32.zip (or -win64): what users of the component install, with
+# samples, documentation, licences and checksums.
+
+. "$(dirname "$0")/common.sh"
+. "$tools/packages.sh"
+
+architecture=win$(bits_of "$@")
+products=$build/$architecture/bin
+name=VrxCommon-$(project_version)-$architecture
+zip=$repo/dist/$name.zip
+
+# copy_licences TO - of everything that is linked into the DLLs.
+copy_licences() {
+    local jpeg
+    jpeg=$("$tools/source_package.sh" libjpeg-turbo)
+    mkdir "$1"
+    cp "$jpeg/debian/copyright" "$1/libjpeg-turbo.txt"
+    cp /usr/share/doc/mingw-w64-common/copyright "$1/mingw-w64.txt"
+    cp /usr/share/doc/gcc-mingw-w64-base/copyright "$1/gcc-runtime.txt"
+}
+
+# drop_source_tree PAGE... - takes out what the pages say of the source tree between two comments.
+drop_source_tree() { sed -i '/^<!-- source tree -->$/,/^<!-- end -->$/d' "$@"; }
+
+install_packages package
+"$tools/build.sh" "$@"
+
+say "Making $zip"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+content=$work/$name
+mkdir -p "$content" "$repo/dist"
+cp "$products"/{VrxCommon.dll,VrxSettings.dll,ijl10.dll,VrxCommon.tlb,VrxTypeLib.tlb,VrxSettings.tlb} "$content"
+cp "$products"/{VrxCommon,VrxSettings}.X.manifest "$content"
+mkdir "$content/include"
+cp "$build/$architecture/src/com/generated"/{VrxCommon.h,BmpInfo.h,VrxCommon_i.c} "$content/include"
+cp -r "$repo"/{README.md,CHANGELOG.md,docs,samples} "$content"
+rm "$content/docs/extending.md" "$content/samples/cpp/CMakeLists.txt"
+drop_source_tree "$content/README.md" "$content/docs/README.md"
+mkdir "$content/samples/bin"
+cp "$products"/{black_and_white,contact_sheet,make_sky,preview_with_cancel,registration_free,tour}.exe \
+    "$products/registration_free.exe.manifest" \
+    "$content/samples/bin"
+find "$content" \( -name '*.dll' -o -name '*.exe' \) -exec strip {} +
+copy_licences "$content/licences"
+(cd "$content" && find . -type f ! -name SHA256SUMS -printf '%P\0' | sort -z | xargs -0 sha256sum >SHA256SUMS)
+rm -f "$zip"
+(cd "$work" && zip -q -X -r "$zip" "$name")
+ls -l "$zip" >&2

@@ -1,0 +1,63 @@
+#!/bin/bash
+# package_test.sh [--win64] - installs the zip file for users in an empty Wine prefix, in each way there is, and uses it
+# from there; adds the results to the tally.
+
+. "$(dirname "$0")/common.sh"
+. "$tools/wine_session.sh"
+. "$tools/package_session.sh"
+. "$tools/tally.sh"
+
+bits=$(bits_of "$@")
+start_package_session "$bits"
+log=$throwaway_folder/log
+
+# quietly COMMAND... - shows the command's output only when it fails.
+quietly() { "$@" >"$log" 2>&1 || { tr -d '\r' <"$log" && return 1; }; }
+
+checksums_are_right() { (cd "$installed" && sha256sum --quiet -c SHA256SUMS); }
+
+links_lead_somewhere() {
+    bash "$repo/tests/structure/links_in_the_documentation_lead_somewhere.sh" "$build" "$installed"
+}
+
+creates_every_class_without_registration() {
+    local program="$throwaway_folder/program"
+    mkdir "$program"
+    cp "$installed"/*.{dll,X.manifest} "$installed"/samples/bin/registration_free.exe* "$program"
+    in_wine 60 "$program/registration_free.exe"
+}
+
+# As the documentation says.
+builds_a_program() {
+    local object=$throwaway_folder/VrxCommon_i.o target=i686-w64-mingw32
+    [[ $bits == 32 ]] || target=x86_64-w64-mingw32
+    "$target-gcc" -c "$installed/include/VrxCommon_i.c" -o "$object" &&
+        "$target-g++" -std=c++20 -municode -static -I"$installed/include" "$installed/samples/cpp/tour.cpp" \
+            "$object" -lole32 -loleaut32 -luuid -o "$throwaway_folder/tour.exe"
+}
+
+has_user_classes() { in_wine 60 reg query 'HKCU\Software\Classes\VrxCommon.CVrxHDR\CLSID'; }
+
+# writes_exposures FOLDER - the main job: a picture made by one sample, and its exposures written by another.
+writes_exposures() {
+    local folder=$throwaway_folder/$1
+    mkdir "$folder"
+    in_wine 60 "$installed/samples/bin/make_sky.exe" "$(windows_path "$folder/sky.hdr")" &&
+        in_wine 60 cscript //nologo "$(windows_path "$installed/samples/vbscript/exposures.vbs")" \
+            "$(windows_path "$folder/sky.hdr")" "$(windows_path "$folder")" &&
+        [[ -s $folder/sky_auto.jpg ]]
+}
+
+say "Package"
+check "the package's checksums are right" quietly checksums_are_right
+check "links in the package lead somewhere" quietly links_lead_somewhere
+check "without registration a program with a manifest creates every class" quietly creates_every_class_without_registration
+check "a program in C++ builds with what is in the package" quietly builds_a_program
+check "the package registers for one user" quietly run_regsvr32 /n /i:user
+check "registered for one user the classes stand in the user's registry" quietly has_user_classes
+check "the package unregisters for one user" quietly run_regsvr32 /u /n /i:user
+check "unregistered the user's registry has no classes" quietly eval '! has_user_classes'
+check "unregistered the main job does not run" quietly eval '! writes_exposures none'
+check "the package registers" quietly run_regsvr32
+check "registered the main job runs" quietly writes_exposures machine
+check "the package unregisters" quietly run_regsvr32 /u
