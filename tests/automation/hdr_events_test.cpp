@@ -103,6 +103,23 @@ TEST_F(HdrEvents, RefreshHandsOutAPictureThatStaysAsItWas) {
     EXPECT_EQ(pixelsOf(*kept[4]), shown(5, 1));
 }
 
+TEST_F(HdrEvents, PictureThatIsKeptStaysAsItWasWhileLaterOnesAreGivenBack) {
+    Listener listener(hdr_);
+    EXPECT_EQ(hdr_.preview(file_), S_OK);
+    vrx::ComPtr<IDispatch> first;
+    vrx::ComPtr<IDispatch> last;
+    listener.onRefresh = [&](IDispatch& picture) {
+        last = vrx::ComPtr<IDispatch>(&picture);
+        if (!first) first = last;
+    };
+    for (const float exposure : {1.0F, 2.0F, 3.0F, 4.0F}) {
+        hdr_.view(exposure, 1);
+        EXPECT_EQ(hdr_->Get_BMP(), S_OK);
+        EXPECT_EQ(pixelsOf(*last), shown(exposure, 1));
+    }
+    EXPECT_EQ(pixelsOf(*first), shown(1, 1));
+}
+
 TEST_F(HdrEvents, PictureOutlivesTheObject) {
     vrx::ComPtr<IDispatch> kept;
     {

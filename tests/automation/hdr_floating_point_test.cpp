@@ -90,6 +90,19 @@ TEST_F(HdrFloatingPoint, ModeOfTheHostHoldsInItsEventsAndAfterEveryCall) {
     EXPECT_EQ(modes_, std::vector<Mode>(11, kHosts));
 }
 
+TEST_F(HdrFloatingPoint, ModeOfTheHostHoldsInTheEventsOfLateBoundCalls) {
+    const host::Text file(file_.c_str());
+    {
+        const HostMode mode;
+        host::call(hdr_.late(), L"Get_Preview", {file});
+        modes_.push_back(currentMode());
+        host::call(hdr_.late(), L"Get_BMP");
+        modes_.push_back(currentMode());
+    }
+    // Header, three refreshes and finish of the preview, one refresh of Get_BMP.
+    EXPECT_EQ(modes_, std::vector<Mode>(8, kHosts));
+}
+
 Mode modeInTimer;
 
 void CALLBACK noteMode(HWND, UINT, UINT_PTR, DWORD) { modeInTimer = currentMode(); }

@@ -144,7 +144,7 @@ TEST_F(Image, TakesAndGivesARecordLateBound) {
     EXPECT_TRUE(std::ranges::equal(vrx::ByteArrayView(back.get()).bytes(), kBits));
 }
 
-TEST_F(Image, KeepsItsSizesAsSingles) {
+TEST_F(Image, KeepsItsSizesAsSinglesAndDimXIsTheSingleInWholePixels) {
     EXPECT_EQ(set(kBits, info24(16777217, -16777219)), S_OK);
     EXPECT_EQ(dim(true), 16777216);
     EXPECT_EQ(dim(false), -16777220);

@@ -59,10 +59,11 @@ const std::set<std::string> kMissingOnXp = {
     "GetThreadId",
 };
 
-// Calls that change the host's process.
+// Calls that change the host's process. SetCurrentDirectoryW is none of them: it takes back what the system's
+// file dialog does on Windows XP.
 const std::set<std::string> kForbidden = {
-    "SetCurrentDirectoryA", "SetCurrentDirectoryW",        "SetThreadLocale", "SetUnhandledExceptionFilter",
-    "SetProcessDPIAware",   "AddVectoredExceptionHandler", "SetErrorMode",    "SetDllDirectoryW",
+    "SetCurrentDirectoryA",        "SetThreadLocale", "SetUnhandledExceptionFilter", "SetProcessDPIAware",
+    "AddVectoredExceptionHandler", "SetErrorMode",    "SetDllDirectoryW",
 };
 
 /// The module is mapped by the loader, so its tables can be read in place.

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <algorithm>
 #include <array>
 #include <cstring>
 #include <string>
@@ -25,6 +24,7 @@ using vrx::SaveJPG;
 namespace {
 
 using fake_codec::Journal;
+using fake_codec::RecordField;
 
 std::u16string asText(const std::wstring& text) { return {text.begin(), text.end()}; }
 
@@ -93,11 +93,17 @@ class RecordingCodec {
         *journal = {};
     }
 
-    /// A field of the record when it was written, by its offset.
-    [[nodiscard]] std::int32_t field(std::size_t offset) const {
-        std::int32_t value;
-        std::memcpy(&value, journal->recordAtWrite + offset, sizeof value);
+    /// A field of the record when it was written.
+    template <class Value = std::int32_t>
+    [[nodiscard]] Value field(RecordField field) const {
+        Value value;
+        std::memcpy(&value, journal->recordAtWrite + static_cast<std::size_t>(field), sizeof value);
         return value;
+    }
+
+    /// Puts back what the library had set.
+    void forget(RecordField field, std::size_t size) const {
+        std::memset(journal->recordAtWrite + static_cast<std::size_t>(field), fake_codec::kDefault, size);
     }
 
     Journal* journal;
@@ -106,10 +112,6 @@ class RecordingCodec {
     vrx::Module module_;
     OwnFolder own_;
 };
-
-std::int32_t numberOf(const void* address) {
-    return static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(address));
-}
 
 vrx::Error errorOf(const cDIBSection& section) {
     try {
@@ -129,19 +131,21 @@ TEST(JpegBinding, FillsInTheEightFieldsAndLeavesTheOthersAsTheLibrarySetThem) {
     EXPECT_EQ(codec.journal->request, 8);
     EXPECT_STREQ(codec.journal->fileName, "picture.jpg");
 
-    EXPECT_EQ(codec.field(4), numberOf(section.DIBSectionBitsPtr()));
-    EXPECT_EQ(codec.field(8), 10);   // width of the pixels
-    EXPECT_EQ(codec.field(12), 7);   // height: bottom-up
-    EXPECT_EQ(codec.field(16), 2);   // padding: 30 bytes to 32
-    EXPECT_EQ(codec.field(44), 10);  // width of the JPEG
-    EXPECT_EQ(codec.field(48), 7);   // height of the JPEG
-    EXPECT_EQ(codec.field(80), 83);  // quality
+    EXPECT_EQ(codec.field<const void*>(RecordField::DIBBytes), section.DIBSectionBitsPtr());
+    EXPECT_EQ(codec.field(RecordField::DIBWidth), 10);
+    EXPECT_EQ(codec.field(RecordField::DIBHeight), 7);    // bottom-up
+    EXPECT_EQ(codec.field(RecordField::DIBPadBytes), 2);  // 30 bytes to 32
+    EXPECT_EQ(codec.field(RecordField::JPGWidth), 10);
+    EXPECT_EQ(codec.field(RecordField::JPGHeight), 7);
+    EXPECT_EQ(codec.field(RecordField::jquality), 83);
 
-    constexpr std::array<std::size_t, 8> kOurs = {4, 8, 12, 16, 32, 44, 48, 80};
-    for (std::size_t offset = 0; offset < fake_codec::kRecordSize; offset += 4) {
-        if (std::ranges::find(kOurs, offset) != kOurs.end()) continue;
-        ASSERT_EQ(codec.field(offset), 0x5A5A5A5A) << "offset " << offset;
-    }
+    for (const RecordField address : {RecordField::DIBBytes, RecordField::JPGFile})
+        codec.forget(address, sizeof(void*));
+    for (const RecordField number : {RecordField::DIBWidth, RecordField::DIBHeight, RecordField::DIBPadBytes,
+                                     RecordField::JPGWidth, RecordField::JPGHeight, RecordField::jquality})
+        codec.forget(number, sizeof(std::int32_t));
+    for (std::size_t offset = 0; offset < fake_codec::kRecordSize; ++offset)
+        ASSERT_EQ(codec.journal->recordAtWrite[offset], fake_codec::kDefault) << "offset " << offset;
 }
 
 TEST(JpegBinding, HandsOverARecordOfZerosToBeInitialised) {
@@ -158,7 +162,7 @@ TEST(JpegBinding, AWidthWhoseRowsAreAMultipleOf4GivesDIBPadBytes0AndAWidthOf1Giv
         cDIBSection section;
         ASSERT_TRUE(section.Create(width, 2));
         EXPECT_TRUE(SaveJPG(section, u"picture.jpg", 90));
-        EXPECT_EQ(codec.field(16), padding) << "width " << width;
+        EXPECT_EQ(codec.field(RecordField::DIBPadBytes), padding) << "width " << width;
     }
 }
 
@@ -175,7 +179,7 @@ TEST(JpegBinding, HandsOverAnyQualityUnchecked) {
     const RecordingCodec codec;
     for (const int quality : {0, -1, 1000, INT32_MIN}) {
         EXPECT_TRUE(SaveJPG(cDIBSection(), u"picture.jpg", quality));
-        EXPECT_EQ(codec.field(80), quality);
+        EXPECT_EQ(codec.field(RecordField::jquality), quality);
     }
 }
 

@@ -18,9 +18,11 @@ using vrx::jpeg::Color;
 using vrx::test::HostPixels;
 using vrx::test::hostPixels;
 using vrx::test::hostRoom;
+using vrx::test::kRecordSize;
 using vrx::test::landscape;
 using vrx::test::Picture;
 using vrx::test::quarters;
+using vrx::test::wordOf;
 
 namespace {
 
@@ -36,17 +38,13 @@ TEST(JpegCodec, ExportsItsFunctionsByTheirPlainNames) {
 }
 
 TEST(JpegCodec, GivesOutARecordOfDefaults) {
-    std::vector<std::int32_t> raw(5021, 0x5A5A5A5A);
+    std::vector<std::int32_t> raw(kRecordSize / 4, 0x5A5A5A5A);
     ASSERT_EQ(codec().init(raw.data()), 0);
-    std::vector<std::int32_t> expected(5021, 0);
-    expected[20 / 4] = 3;
-    expected[24 / 4] = 2;
-    expected[52 / 4] = 3;
-    expected[56 / 4] = 3;
-    expected[60 / 4] = 1;
-    expected[72 / 4] = 1;
-    expected[76 / 4] = 1;
-    expected[80 / 4] = 75;
+    std::vector<std::int32_t> expected(raw.size(), 0);
+    for (const auto& [field, value] : vrx::test::kRecordDefaults) expected[wordOf(field)] = value;
+    for (std::size_t word = 0; word < raw.size(); ++word) {
+        if (vrx::test::isPadding(word)) expected[word] = raw[word];
+    }
     EXPECT_EQ(raw, expected);
     EXPECT_EQ(codec().free(raw.data()), 0);
     EXPECT_EQ(raw, expected);
@@ -177,7 +175,7 @@ TEST(JpegCodec, RefusesNullAddresses) {
     for (const int request : {8, 9}) EXPECT_LT(codec().write(record.data(), request), 0);
     FileBytes room(20000);
     record.setMemory(room);
-    record[RecordField::DIBBytes] = 0;
+    record.setAddress(RecordField::DIBBytes, nullptr);
     EXPECT_LT(codec().write(record.data(), 9), 0);
 }
 
@@ -254,10 +252,13 @@ TEST(JpegCodec, SurvivesRecordsOfRandomFields) {
         Record record(pixels);
         record.setMemory(room);
         record.setAddress(RecordField::DIBBytes, random() % 8 == 0 ? nullptr : page.last(4096));
-        for (std::size_t field = 2; field < 21; ++field) {
-            if (field == 8 || field == 9) continue;  // the other addresses
-            if (random() % 32 == 0) record.data()[field] = static_cast<std::int32_t>(random());
-            if (random() % 16 == 0) record.data()[field] = static_cast<std::int32_t>(random() % 70) - 4;
+        for (std::size_t word = wordOf(RecordField::DIBWidth); word <= wordOf(RecordField::jquality);
+             ++word) {
+            const bool otherAddress =
+                word >= wordOf(RecordField::JPGFile) && word < wordOf(RecordField::JPGSizeBytes);
+            if (otherAddress) continue;
+            if (random() % 32 == 0) record.data()[word] = static_cast<std::int32_t>(random());
+            if (random() % 16 == 0) record.data()[word] = static_cast<std::int32_t>(random() % 70) - 4;
         }
         record[RecordField::JPGSizeBytes] = static_cast<std::int32_t>(random() % room.size());
         EXPECT_LE(codec().read(record.data(), static_cast<int>(random() % 2) * 2 + 1), 0);
@@ -294,6 +295,8 @@ TEST(JpegCodec, SurvivesFilesThatAreCutAtAnyByteOrHaveFlippedBytes) {
     }
 }
 
+#ifdef __i386__
+
 /// Calls with a stack that is aligned to 4 bytes and no more.
 std::int32_t writeWithOddStack(host::CodecLibrary::RecordCall function, std::int32_t* record,
                                std::int32_t request) {
@@ -320,6 +323,8 @@ TEST(JpegCodec, WorksOnAStackThatIsAlignedTo4BytesOnly) {
     EXPECT_EQ(writeWithOddStack(codec().write, record.data(), 9), 0);
     EXPECT_EQ(writeWithOddStack(codec().read, record.data(), 3), 0);
 }
+
+#endif
 
 TEST(JpegCodec, HasAVersion) {
     std::array<wchar_t, MAX_PATH> path{};

@@ -208,6 +208,26 @@ TEST(LateBoundPattern, FailuresCarryNumberSourceAndDescription) {
     EXPECT_EQ(negative.description, L"Subscript out of range");
 }
 
+TEST(LateBoundPattern, TenMegabytesOfStopsAreExpandedWithinSeconds) {
+    const auto pattern = host::create(L"VrxCommon.CVrxPattern");
+    ASSERT_TRUE(pattern);
+    std::wstring text = L"0-255;";
+    for (int position = 999'999; text.size() < 10'000'000; --position) {
+        text += std::to_wstring(position) + L"-65280;";
+    }
+    Variant table;
+    const DWORD start = GetTickCount();
+    EXPECT_EQ(
+        call(*pattern, L"Get_PatternFromString", {Text(text.c_str()), integer(255), reference(table.get())})
+            .code,
+        S_OK);
+    EXPECT_LT(GetTickCount() - start, 10'000u);
+    const Colors colors = colorsOf(table).value_or(Colors{});
+    ASSERT_EQ(colors.size(), 256u);
+    EXPECT_EQ(colors.front(), 255);
+    EXPECT_EQ(colors.back(), 65280);
+}
+
 TEST(LateBoundPattern, AMillionColorsArriveWhole) {
     const auto pattern = host::create(L"VrxCommon.CVrxPattern");
     ASSERT_TRUE(pattern);

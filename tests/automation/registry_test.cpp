@@ -15,6 +15,10 @@ namespace {
 
 using Lines = std::vector<std::wstring>;
 
+constexpr bool kWide = sizeof(void*) == 8;
+constexpr const wchar_t* kPlatform = kWide ? L"\\0\\win64" : L"\\0\\win32";
+constexpr const wchar_t* kOtherPlatform = kWide ? L"\\0\\win32" : L"\\0\\win64";
+
 void exportValues(HKEY key, const std::wstring& path, Lines& lines) {
     wchar_t name[1024];
     std::vector<BYTE> data(65536);
@@ -103,7 +107,7 @@ void expectClass(HKEY root, const published::Class& expected) {
 void expectLibrary(HKEY root, const std::string& name, const wchar_t* resource) {
     const std::wstring key = L"TypeLib\\" + identifier(name) + L"\\1.0";
     EXPECT_EQ(read(root, key).substr(0, name.size()), wide(name));
-    EXPECT_EQ(read(root, key + L"\\0\\win32"), host::component().path() + resource);
+    EXPECT_EQ(read(root, key + kPlatform), host::component().path() + resource);
     EXPECT_EQ(read(root, key + L"\\FLAGS"), L"0");
     EXPECT_EQ(read(root, key + L"\\HELPDIR"), host::programFolder());
 }
@@ -137,6 +141,12 @@ bool isOurs(const std::wstring& line) {
     return std::ranges::any_of(published::kIdentifiers, [&](const published::Identifier& row) {
         return line.find(wide(row.guid)) != std::wstring::npos;
     });
+}
+
+vrx::RegistryKey createKey(HKEY parent, const wchar_t* path, DWORD options = REG_OPTION_NON_VOLATILE) {
+    vrx::RegistryKey key;
+    RegCreateKeyExW(parent, path, 0, nullptr, options, KEY_ALL_ACCESS, nullptr, key.put(), nullptr);
+    return key;
 }
 
 class Registration : public testing::Test {
@@ -214,6 +224,24 @@ TEST_F(Registration, LeavesWhatOthersWroteBelowItsKeys) {
     EXPECT_EQ(exportClasses(), before_);
 }
 
+TEST_F(Registration, LeavesProgramIdsAndTypeLibrariesToTheLibraryOfTheOtherPlatform) {
+    ASSERT_EQ(host::component().registerMachine(), S_OK);
+    const std::wstring library = L"TypeLib\\" + identifier("VrxCommon") + L"\\1.0";
+    const std::wstring other = L"Software\\Classes\\" + library + kOtherPlatform;
+    ASSERT_TRUE(createKey(HKEY_LOCAL_MACHINE, other.c_str()));
+    ASSERT_EQ(host::component().unregisterMachine(), S_OK);
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"VrxCommon.CVrxFun\\CLSID"), identifier("CVrxFun"));
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"VrxCommon.CVrxFun.1\\CLSID"), identifier("CVrxFun"));
+    EXPECT_NE(read(HKEY_LOCAL_MACHINE, library), L"(none)");
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, library + kPlatform), L"(none)");
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"CLSID\\" + identifier("CVrxFun")), L"(none)");
+
+    for (const std::wstring& key : {other, other.substr(0, other.find_last_of(L'\\'))})
+        ASSERT_EQ(RegDeleteKeyW(HKEY_LOCAL_MACHINE, key.c_str()), ERROR_SUCCESS);
+    ASSERT_EQ(host::component().unregisterMachine(), S_OK);
+    EXPECT_EQ(exportClasses(), before_);
+}
+
 TEST_F(Registration, RefusesAnUnknownInstallCommand) {
     EXPECT_EQ(host::component().install(true, L"everybody"), E_INVALIDARG);
     EXPECT_EQ(exportClasses(), before_);
@@ -232,12 +260,6 @@ HRESULT registerBelow(HKEY machine) {
     const HRESULT result = host::component().registerMachine();
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
     return result;
-}
-
-vrx::RegistryKey createKey(HKEY parent, const wchar_t* path, DWORD options = REG_OPTION_NON_VOLATILE) {
-    vrx::RegistryKey key;
-    RegCreateKeyExW(parent, path, 0, nullptr, options, KEY_ALL_ACCESS, nullptr, key.put(), nullptr);
-    return key;
 }
 
 TEST(RefusedRegistration, TakesBackWhatItWrote) {

@@ -7,15 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "VrxSettings.h"
-#include "com/object_base.h"
 #include "common/host_program.h"
 #include "dialogs/settings_store.h"
 #include "host.h"
 #include "registry_folder.h"
+#include "settings_recorder.h"
 
 using host::registryText;
-using vrx::ComPtr;
 using vrx::SettingsStore;
 
 namespace {
@@ -37,7 +35,7 @@ class Settings : public testing::Test {
     const SettingsStore store_{std::u16string(key_.begin(), key_.end())};
 };
 
-TEST_F(Settings, OfAFirstRunAreTheHostsFolderTypeZeroAndQuality85) {
+TEST_F(Settings, OfAFirstRunAreTheHostsFolderTypeIndex0JpegQuality85AndTheDesignedPreview) {
     EXPECT_EQ(store_.read(kImageSaverPath), programFolder());
     EXPECT_EQ(store_.read(kImageSaverType), 0);
     EXPECT_EQ(store_.read(kImageSaverQuality), 85);
@@ -88,80 +86,16 @@ TEST_F(Settings, AreTheDefaultsWithoutCom) {
     EXPECT_EQ(registryText(HKEY_LOCAL_MACHINE, key_ + L"\\HDRSaver", L"JPGDetail"), L"(none)");
 }
 
-/// Writes down how it is called.
-struct Journal {
-    int made = 0;
-    int alive = 0;
-    HRESULT answer = S_OK;
-    std::u16string stored = u"kept";
-    std::vector<std::u16string> calls;
-};
-
-std::u16string textOf(BSTR text) { return vrx::toText(text); }
-
-const vrx::ClassIdentity kIdentity = {u"Recorder", CLSID_SettingsRegistry, IID__SettingsRegistry};
-
-class Recorder final : public vrx::ObjectBase<_SettingsRegistry> {
-  public:
-    explicit Recorder(Journal& journal) : ObjectBase(kIdentity), journal_(journal) {
-        ++journal_.made;
-        ++journal_.alive;
-    }
-    ~Recorder() override { --journal_.alive; }
-
-    STDMETHODIMP ReadValue(long hive, BSTR subkey, BSTR name, BSTR* byDefault, BSTR* value) override {
-        EXPECT_EQ(static_cast<DWORD>(hive), 0x80000002);
-        journal_.calls.push_back(u"read " + textOf(subkey) + u"|" + textOf(name) + u"|" + textOf(*byDefault));
-        *value = SUCCEEDED(journal_.answer) ? vrx::toBstr(journal_.stored).release() : nullptr;
-        return journal_.answer;
-    }
-    STDMETHODIMP WriteValue(long hive, BSTR subkey, BSTR name, BSTR text) override {
-        EXPECT_EQ(static_cast<DWORD>(hive), 0x80000002);
-        journal_.calls.push_back(u"write " + textOf(subkey) + u"|" + textOf(name) + u"|" + textOf(text));
-        return journal_.answer;
-    }
-
-  private:
-    Journal& journal_;
-};
-
-class RecorderFactory final : public IClassFactory {
-  public:
-    explicit RecorderFactory(Journal& journal) : journal_(journal) {}
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-        *object = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
-        return *object ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP CreateInstance(IUnknown*, REFIID iid, void** object) override {
-        return ComPtr<Recorder>(new Recorder(journal_))->QueryInterface(iid, object);
-    }
-    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
-
-  private:
-    Journal& journal_;
-};
-
 /// With a component of the test's own in the place of the registered one.
 class RecordedSettings : public Settings {
   protected:
-    void SetUp() override {
-        Settings::SetUp();
-        ASSERT_EQ(CoRegisterClassObject(CLSID_SettingsRegistry, &factory_, CLSCTX_INPROC_SERVER,
-                                        REGCLS_MULTIPLEUSE, &registration_),
-                  S_OK);
-    }
     void TearDown() override {
-        CoRevokeClassObject(registration_);
         Settings::TearDown();
         EXPECT_EQ(journal_.alive, 0);
     }
 
-    Journal journal_;
-    RecorderFactory factory_{journal_};
-    DWORD registration_ = 0;
+    host::SettingsRecorder recorder_;
+    host::SettingsJournal& journal_ = recorder_.journal;
 };
 
 TEST_F(RecordedSettings, AreAskedForBySubkeyNameAndDefault) {
@@ -179,13 +113,13 @@ TEST_F(RecordedSettings, AreAskedForBySubkeyNameAndDefault) {
     EXPECT_EQ(journal_.calls, expected);
 }
 
-TEST_F(RecordedSettings, OfAnEmptyRootLieUnderTheBareSuffix) {
+TEST_F(RecordedSettings, OfAnOwnerWhoseRegkeyIsEmptyAreStoredUnderTheBareSuffix) {
     const SettingsStore store(u"");
     store.write(kImageSaverType, 1);
     EXPECT_EQ(journal_.calls, std::vector<std::u16string>{u"write \\ImageSaver|Type|1"});
 }
 
-TEST_F(RecordedSettings, OfAllDialogsShareOneComponent) {
+TEST_F(RecordedSettings, OfTwoDialogsOfDifferentKindsShareTheOneSettingsRegistryInstance) {
     const SettingsStore loader(u"Software\\One");
     const SettingsStore saver(u"Software\\Two");
     EXPECT_EQ(loader.read(kImageLoaderPath), u"kept");

@@ -11,7 +11,8 @@ using vrx::ComPtr;
 
 namespace {
 
-constexpr long kFirstOwnSlot = 7 * 4;  // behind IUnknown and IDispatch
+constexpr long kSlotSize = sizeof(void*);
+constexpr long kFirstOwnSlot = 7 * kSlotSize;  // behind IUnknown and IDispatch
 
 enum class Source { File, Resource, Object };
 
@@ -33,13 +34,15 @@ std::string guidText(const GUID& guid) {
     return narrow(buffer);
 }
 
-std::string identifierOf(ITypeLib& library) {
+TLIBATTR attributesOf(ITypeLib& library) {
     TLIBATTR* attributes = nullptr;
     library.GetLibAttr(&attributes);
-    const std::string text = guidText(attributes->guid);
+    const TLIBATTR copy = *attributes;
     library.ReleaseTLibAttr(attributes);
-    return text;
+    return copy;
 }
+
+std::string identifierOf(ITypeLib& library) { return guidText(attributesOf(library).guid); }
 
 class TypeLibrary : public testing::TestWithParam<Source> {
   protected:
@@ -50,6 +53,10 @@ class TypeLibrary : public testing::TestWithParam<Source> {
 
     ComPtr<ITypeLib> library_;
 };
+
+TEST_P(TypeLibrary, IsMadeForProgramsOfItsOwnKind) {
+    EXPECT_EQ(attributesOf(*library_).syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
+}
 
 TEST_P(TypeLibrary, DescribesEveryInterfaceAsPublished) {
     for (const published::Interface& expected : published::kInterfaces) {
@@ -67,7 +74,7 @@ TEST_P(TypeLibrary, DescribesEveryInterfaceAsPublished) {
         ASSERT_EQ(members.size(), expected.members.size());
         for (std::size_t i = 0; i < members.size(); ++i) {
             EXPECT_EQ(line(members[i]), line(expected.members[i]));
-            EXPECT_EQ(slots[i], kFirstOwnSlot + static_cast<long>(i) * 4);
+            EXPECT_EQ(slots[i], kFirstOwnSlot + static_cast<long>(i) * kSlotSize);
             EXPECT_NE(helpOf(*table, members[i].id), "") << members[i].name;
         }
     }

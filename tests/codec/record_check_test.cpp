@@ -8,6 +8,7 @@
 #include <random>
 
 #include "codec_run.h"
+#include "record_offsets.h"
 
 namespace vrx::test {
 namespace {
@@ -46,20 +47,14 @@ TEST(Record, HoldsItsDefaultsAtTheirPlaces) {
     JpegCoreProperties record;
     std::memset(&record, 0xCC, sizeof record);
     jpeg::initialise(record);
-    std::int32_t fields[20084 / 4];
-    ASSERT_EQ(sizeof record, sizeof fields);
-    std::memcpy(fields, &record, sizeof fields);
-    std::int32_t expected[20084 / 4] = {};
-    expected[20 / 4] = 3;   // channels of the pixels
-    expected[24 / 4] = 2;   // blue, green, red
-    expected[52 / 4] = 3;   // channels of the JPEG
-    expected[56 / 4] = 3;   // luminance and two colors
-    expected[60 / 4] = 1;   // colors for 2 x 2 pixels
-    expected[72 / 4] = 1;   // conversion of colors
-    expected[76 / 4] = 1;   // upsampling
-    expected[80 / 4] = 75;  // quality
-    for (std::size_t i = 0; i < std::size(fields); ++i)
-        EXPECT_EQ(fields[i], expected[i]) << "offset " << i * 4;
+    std::int32_t words[kRecordSize / 4];
+    ASSERT_EQ(sizeof record, sizeof words);
+    std::memcpy(words, &record, sizeof words);
+    std::int32_t expected[kRecordSize / 4] = {};
+    for (const auto& [field, value] : kRecordDefaults) expected[wordOf(field)] = value;
+    for (std::size_t i = 0; i < std::size(words); ++i) {
+        if (!isPadding(i)) EXPECT_EQ(words[i], expected[i]) << "offset " << i * 4;
+    }
 }
 
 TEST(Record, OfASectionDescribesItsRows) {

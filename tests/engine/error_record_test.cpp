@@ -119,8 +119,6 @@ TEST(PlatformError, CarriesTheTextsThatHostsKnow) {
     EXPECT_EQ(platformError(Platform::PathFileAccess), (Error{75, u"", u"Path/File access error"}));
     EXPECT_EQ(platformError(Platform::PathNotFound), (Error{76, u"", u"Path not found"}));
     EXPECT_EQ(platformError(Platform::ObjectNotSet), (Error{91, u"", u"Object variable not set"}));
-    EXPECT_EQ(platformError(Platform::ActionNotSupported),
-              (Error{445, u"", u"Object doesn't support this action"}));
     EXPECT_EQ(platformError(Platform::InvalidPicture), (Error{481, u"", u"Invalid picture"}));
 }
 

@@ -25,12 +25,9 @@ TEST(XPathStep, IsEmptyBeyondTheLastPart) {
     EXPECT_EQ(getXPathStep(u"a/b/c", kLastPosition), u"");
 }
 
-TEST(XPathStep, OfAnEmptyKeyIsEmptyAtPositionZero) {
+TEST(XPathStep, OnAnEmptyKeyReturnsTheEmptyStringForPosition0AndTwoSeparatorsInARowGiveAnEmptyStep) {
     EXPECT_EQ(getXPathStep(u"", 0), u"");
     EXPECT_EQ(getXPathStep(u"", 1), u"");
-}
-
-TEST(XPathStep, IsEmptyBetweenTwoSeparatorsInARow) {
     EXPECT_EQ(getXPathStep(u"a//b", 1), u"");
     EXPECT_EQ(getXPathStep(u"a//b", 2), u"b");
 }

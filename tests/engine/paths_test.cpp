@@ -38,16 +38,16 @@ TEST(NetworkPath, BeginsWithTwoEqualSeparators) {
     EXPECT_FALSE(isNetworkPath(u""));
 }
 
-TEST(AbsolutePath, ClimbsOneFolderForEachTwoDots) {
+TEST(AbsolutePath, ClimbsOneFolderForEachTwoDotsAndTheRootIsKept) {
     EXPECT_EQ(getAbsolutePath(u"..\\..\\x.hdr", u"C:\\A\\B\\C"), u"C:\\A\\x.hdr");
-}
-
-TEST(AbsolutePath, NeverClimbsAboveTheRoot) {
     EXPECT_EQ(getAbsolutePath(u"..\\..\\..\\..\\x.hdr", u"C:\\A"), u"C:\\x.hdr");
 }
 
-TEST(AbsolutePath, FailsForAFolderThatIsADriveAlone) {
+TEST(AbsolutePath,
+     WithFolderCColonAloneFailsWith79PathNotFoundWithFolderCColonBackslashGivesItFollowedByTheRelativePath) {
     EXPECT_EQ(failureOf([] { (void)getAbsolutePath(u"x.hdr", u"C:"); }), kPathNotFound);
+    EXPECT_EQ(getAbsolutePath(u"a\\x.hdr", u"C:\\"), u"C:\\a\\x.hdr");
+    EXPECT_EQ(getAbsolutePath(u"x.hdr", u"C:\\"), u"C:\\x.hdr");
 }
 
 TEST(AbsolutePath, FailsForEveryFolderWithoutASeparator) {
@@ -56,19 +56,14 @@ TEST(AbsolutePath, FailsForEveryFolderWithoutASeparator) {
     }
 }
 
-TEST(AbsolutePath, BelowARootIsTheRootFollowedByTheRelativePath) {
-    EXPECT_EQ(getAbsolutePath(u"a\\x.hdr", u"C:\\"), u"C:\\a\\x.hdr");
-    EXPECT_EQ(getAbsolutePath(u"x.hdr", u"C:\\"), u"C:\\x.hdr");
-}
-
-TEST(AbsolutePath, OfAPathThatIsAlreadyAbsoluteIsThatPath) {
+TEST(AbsolutePath, WithARelativePathThatIsAlreadyAbsoluteReturnsItUnchanged) {
     EXPECT_EQ(getAbsolutePath(u"D:\\x", u"C:\\A"), u"D:\\x");
     EXPECT_EQ(getAbsolutePath(u"\\\\srv\\x", u"C:\\A"), u"\\\\srv\\x");
     EXPECT_EQ(getAbsolutePath(u"//srv/x", u"C:\\A"), u"//srv/x");
     EXPECT_EQ(getAbsolutePath(u"D:x", u"no folder"), u"D:x");
 }
 
-TEST(AbsolutePath, BelowANetworkFolderKeepsItsTwoBackslashes) {
+TEST(AbsolutePath, WithAFolderOnAServerAndAFileGivesTheFileInThatFolderOnTheServer) {
     EXPECT_EQ(getAbsolutePath(u"a.hdr", u"\\\\srv\\share\\dir"), u"\\\\srv\\share\\dir\\a.hdr");
 }
 
@@ -134,12 +129,10 @@ TEST(RelativePath, OnAnotherDriveIsTheWholePathWithSlashes) {
     EXPECT_EQ(getRelativePath(u"D:\\x.hdr", u"C:\\Work"), u"D:/x.hdr");
 }
 
-TEST(RelativePath, OfAFileInsideTheFolderIsJustTheName) {
+TEST(RelativePath,
+     WithTheFileInsideTheFolderGivesJustTheNameWithTheFolderDeeperGivesOneTwoDotsSlashPerExtraLevel) {
     EXPECT_EQ(getRelativePath(u"C:\\Work\\a.hdr", u"C:\\Work"), u"a.hdr");
     EXPECT_EQ(getRelativePath(u"C:\\Work\\a.hdr", u"C:\\Work\\"), u"a.hdr");
-}
-
-TEST(RelativePath, ClimbsOnceForEveryLevelThatTheFolderIsDeeper) {
     EXPECT_EQ(getRelativePath(u"C:\\Work\\a.hdr", u"C:\\Work\\B"), u"../a.hdr");
     EXPECT_EQ(getRelativePath(u"C:\\Work\\a.hdr", u"C:\\Work\\B\\C"), u"../../a.hdr");
 }
@@ -251,7 +244,7 @@ TEST(AppName, WithTheExtensionIsTheWholeName) {
     EXPECT_EQ(appName(u"C:\\Pat\\blue.VGR", true), Split(u"blue.VGR", u"C:\\Pat\\"));
 }
 
-TEST(AppName, CutsAtTheFoldersDotForAFileWithoutExtension) {
+TEST(AppName, WithAFolderNameHoldingADotAndAFileWithoutExtensionCutsAtTheFoldersDot) {
     EXPECT_EQ(appName(u"C:\\Pat.d\\blue", false), Split(u"Pat", u"C:\\"));
     EXPECT_EQ(appName(u"C:\\Pat.d\\blue", true), Split(u"blue", u"C:\\Pat.d\\"));
 }
@@ -273,7 +266,7 @@ TEST(AppName, DoesNotSplitAtSlashes) {
     EXPECT_EQ(appName(u"C:/Pat/blue.VGR", false), Split(u"C:/Pat/blue", u"C:/Pat/blue"));
 }
 
-TEST(Path, OfAFileIsItsFolderWithBackslashes) {
+TEST(Path, OfASlashBSlashCTxtGivesABackslashBBackslash) {
     EXPECT_EQ(getPath(u"a/b/c.txt"), u"a\\b\\");
     EXPECT_EQ(getPath(u"C:\\Pat\\blue.VGR"), u"C:\\Pat\\");
 }

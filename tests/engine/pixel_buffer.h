@@ -42,6 +42,17 @@ struct PixelBuffer {
         }
     }
 
+    /// Calls `action(x, y, channel)` for each byte inside a margin, given in columns and in rows below the
+    /// top and above the bottom.
+    template <class Action>
+    void forInner(int columns, int top, int bottom, Action action) const {
+        for (int y = top; y < height - bottom; ++y) {
+            for (int x = columns; x < width - columns; ++x) {
+                for (int c = 0; c < 3; ++c) action(x, y, c);
+            }
+        }
+    }
+
     friend bool operator==(const PixelBuffer& a, const PixelBuffer& b) = default;
 };
 
@@ -50,6 +61,11 @@ inline PixelBuffer uniformPicture(int width, int height, int value) {
     picture.fill([=](int, int, int) { return value; });
     return picture;
 }
+
+struct Size {
+    int width;
+    int height;
+};
 
 /// Contents that bring out different branches: anything, gentle noise, extremes only, slopes, few levels.
 inline PixelBuffer randomPicture(int width, int height, std::mt19937& random) {

@@ -8,8 +8,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::vector<std::uint8_t> file(data, data + size);
-    const bool cut = vrx::isCutBmp(file);
+    const bool cut = vrx::isBrokenBmp(file);
     file.push_back(0);
-    if (!cut && size >= 2 && vrx::isCutBmp(file)) std::abort();
+    if (!cut && size >= 2 && vrx::isBrokenBmp(file)) std::abort();
     return 0;
 }

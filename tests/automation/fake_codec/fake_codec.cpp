@@ -35,7 +35,7 @@ long WINAPI ijlWrite(unsigned char* record, long request) {
     journal.request = request;
     std::memcpy(journal.recordAtWrite, record, sizeof journal.recordAtWrite);
     const char* name;
-    std::memcpy(&name, record + 32, sizeof name);
+    std::memcpy(&name, record + static_cast<std::size_t>(fake_codec::RecordField::JPGFile), sizeof name);
     std::strncpy(journal.fileName, name, sizeof journal.fileName - 1);
     return journal.writeResult;
 }

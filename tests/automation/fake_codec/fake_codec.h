@@ -1,14 +1,15 @@
 // What the recording codec library writes down, and what it is told to answer.
 #pragma once
 
-#include <cstddef>
+#include "record_offsets.h"
 
 namespace fake_codec {
 
 /// In every byte of a record that the library has initialised.
 constexpr unsigned char kDefault = 0x5A;
 
-constexpr std::size_t kRecordSize = 20084;
+using vrx::test::kRecordSize;
+using vrx::test::RecordField;
 
 struct Journal {
     /// One letter for each call: I for ijlInit, W for ijlWrite, F for ijlFree, R for ijlRead.

@@ -1,7 +1,7 @@
 ' Pattern strings as a VBScript host expands them, late-bound.
 Option Explicit
 
-Dim failures, pattern, table, text
+Dim failures, pattern, table, text, ramp
 failures = 0
 
 Sub Expect(what, actual, expected)
@@ -38,6 +38,15 @@ Expect "a lone stop", Expanded("0-255;", 10), "255 230 204 178 153 128 102 76 51
 Expect "the empty string", Expanded("", 3), "0 0 0 0 "
 Expect "two entries", Expanded("0-255;1000-16711680;", 1), "255 16711680 "
 Expect "three stops", Expanded("0-255;500-16777215;1000-16711680;", 4), "255 8421631 16777215 16777215 16711680 "
+ramp = Expanded("0-255;1000-16711680;", 100)
+Expect "red at 0", Left(ramp, 4), "255 "
+Expect "blue at 100", Right(ramp, 10), " 16711680 "
+Expect "positions 0 and 50", Expanded("0-255;50-16711680;", 100), ramp
+Expect "a first stop at 500", Expanded("500-255;1000-16711680;", 100), ramp
+Expect "a last item without its semicolon", Expanded("0-255;1000-16711680", 100), ramp
+Expect "a second stop on the first one", Expanded("0-0;0-65280;100-255;", 10), Expanded("0-0;100-255;", 10)
+Expect "stops next to each other", Expanded("0-255;1000-16711680;500-65280;750-16711680;", 4), "255 32896 65280 65280 16711680 "
+Expect "the empty string in 256 entries", Expanded("", 255), Replace(Space(256), " ", "0 ")
 Expect "malformed items", Expanded("abc;7", 2), "0 0 0 "
 
 pattern.Get_PatternFromString "0-255;", 0, table
@@ -52,6 +61,7 @@ Expect "last element", table(255), 16711680
 Expect "the text", text, "0-255;1000-16711680;"
 
 ExpectError "99999999999-0;", 10, 6, "Overflow"
+ExpectError "2147483648-0;", 10, 6, "Overflow"
 ExpectError "0-2147483648;", 10, 6, "Overflow"
 ExpectError "0-255;", -1, 9, "Subscript out of range"
 

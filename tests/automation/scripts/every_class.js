@@ -1,4 +1,4 @@
-// Creates every class by both of its program ids and reads the error of a member that it does not support.
+// Creates every class by both of its program ids and reads the errors of wrong calls.
 
 var failures = 0;
 
@@ -35,9 +35,9 @@ var fun = new ActiveXObject("VrxCommon.CVrxFun");
 pattern.REGKEY = "Software\\Test";
 expect("REGKEY", pattern.REGKEY, "Software\\Test");
 
-var unsupported = errorOf(function () { hdr.Load(); });
-expect("number", unsupported.number & 0xFFFF, 445);
-expect("description", unsupported.description, "Object doesn't support this action");
+var missing = errorOf(function () { hdr.Load_HDR("C:\\no such folder\\picture.hdr"); });
+expect("number", missing.number & 0xFFFF, 76);
+expect("description", missing.description, "Path not found");
 expectNumber("a text that is no number", function () { fun.Get_XPathStep("a/b", "one"); }, 13);
 expectNumber("an integer that is too large", function () { fun.Get_XPathStep("a/b", 40000); }, 6);
 expectNumber("an unknown member", function () { fun.Nonsense(); }, 438);

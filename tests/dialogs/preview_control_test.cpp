@@ -105,7 +105,7 @@ TEST_F(Preview, SettingFileToAnEmptyStringLeavesThePictureShownUnchanged) {
     expectFrame(0, 50, 200, 100, kRed);
 }
 
-TEST_F(Preview, SettingFileToAFileThatIsNotAPictureLeavesThePreviousPictureAndReadsError) {
+TEST_F(Preview, SettingFileToAFileThatIsNotAPictureLeavesThePreviousPictureShownAndMakesFileReadError) {
     setFile(wide_);
     const auto before = picture();
     setFile(folder_.write(L"text.bmp", {'n', 'o', 'n', 'e'}));
@@ -116,7 +116,7 @@ TEST_F(Preview, SettingFileToAFileThatIsNotAPictureLeavesThePreviousPictureAndRe
     expectFrame(0, 50, 200, 100, kRed);
 }
 
-TEST_F(Preview, ResizingAnEmptyControlMakesTheViewCoverTheWholeControl) {
+TEST_F(Preview, ResizingAnEmptyControlMakesImgViewCoverTheWholeControl) {
     MoveWindow(control_->window(), 0, 0, 100, 60, TRUE);
     // A picture that is put, not loaded, is shown in the frame as it is.
     const ComPtr<Control> other(new Control);
@@ -131,6 +131,23 @@ TEST_F(Preview, FitsItsPictureAgainWhenItIsResized) {
     setFile(wide_);
     MoveWindow(control_->window(), 0, 0, 100, 90, TRUE);
     expectFrame(0, 20, 100, 50, kRed);
+}
+
+TEST_F(Preview,
+       APictureWiderThanHighInASquareBoxFillsTheWidthOneHigherThanWideFillsTheHeightEachCentredTheOtherWay) {
+    setFile(wide_);
+    expectFrame(0, 50, 200, 100, kRed);
+    setFile(folder_.write(L"high.bmp", host::bmpFile(20, 40, kRed)));
+    expectFrame(50, 0, 100, 200, kRed);
+}
+
+TEST_F(Preview, APictureWithExactlyTheBoxsProportionsFillsTheBoxInAWideAndInATallBox) {
+    MoveWindow(control_->window(), 0, 0, 80, 40, TRUE);
+    setFile(wide_);
+    EXPECT_EQ(shown(), uniform(80, 40, kRed));
+    MoveWindow(control_->window(), 0, 0, 40, 80, TRUE);
+    setFile(folder_.write(L"high.bmp", host::bmpFile(20, 40, kRed)));
+    EXPECT_EQ(shown(), uniform(40, 80, kRed));
 }
 
 TEST_F(Preview, FramesAPictureOfAGivenSizeInPixels) {

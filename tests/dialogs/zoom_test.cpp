@@ -4,27 +4,31 @@
 
 #include <array>
 
-#include "VrxCommon.h"
+#include "common/message_loop.h"
+#include "dialogs/frmZoom.h"
 #include "failure.h"
-#include "gdi_handles.h"
-#include "hdr_host.h"
-#include "window_driver.h"
+#include "raster/picture_file.h"
+#include "viewer.h"
 
 using host::captionOf;
 using host::eventually;
+using host::eventuallyShows;
 using host::Failure;
 using host::FileBytes;
+using host::innerOf;
+using host::kViewer;
+using host::outerOf;
 using host::Pixels;
 using host::RgbePicture;
+using host::startOf;
+using host::Viewer;
+using host::viewOf;
 using host::WindowDriver;
 
 namespace {
 
-constexpr int kView = 1000;
-constexpr std::array kLabels{1002, 1004, 1006};
-constexpr wchar_t kViewer[] = L"Viewer";
-
-HWND viewOf(HWND viewer) { return GetDlgItem(viewer, kView); }
+constexpr std::array kLabels{IDC_LBLCOMP0, IDC_LBLCOMP1, IDC_LBLCOMP2};
+constexpr wchar_t kNoReadout[] = L"00000.0000 00000.0000 00000.0000 ";
 
 std::wstring labelsOf(HWND viewer) {
     std::wstring texts;
@@ -32,54 +36,9 @@ std::wstring labelsOf(HWND viewer) {
     return texts;
 }
 
-RECT outerOf(HWND window) {
-    RECT outer{};
-    GetWindowRect(window, &outer);
-    return outer;
-}
-
-SIZE innerOf(HWND window) {
-    RECT inner{};
-    GetClientRect(window, &inner);
-    return {inner.right, inner.bottom};
-}
-
-/// Where a picture that fits begins in the view.
-POINT startOf(HWND viewer, int width, int height) {
-    const SIZE inner = innerOf(viewOf(viewer));
-    return {(inner.cx - width) / 2, (inner.cy - height) / 2};
-}
-
-bool eventuallyShows(HWND viewer, const Pixels& picture) {
-    return eventually([&] {
-        const POINT start = startOf(viewer, picture.width, picture.height);
-        const Pixels shown = host::shownIn(viewOf(viewer));
-        return host::partOf(shown, start.x, start.y, picture.width, picture.height) == picture;
-    });
-}
-
 void pointAt(HWND viewer, POINT start, int x, int y) {
     SendMessageW(viewOf(viewer), WM_MOUSEMOVE, 0, MAKELPARAM(start.x + x, start.y + y));
 }
-
-class Viewer : public testing::Test {
-  protected:
-    const host::ThrowawayFolder folder_;
-    const vrx::ComPtr<_CVrxImage> image_ = host::create(L"VrxCommon.CVrxImage").as<_CVrxImage>();
-    const host::Hdr hdr_;
-    const RgbePicture picture_{40, 30};
-    const FileBytes bits_ = picture_.bitmap(0, 1);
-    const std::wstring bmp_ = folder_.write(L"picture.bmp", host::bmpFile(40, 30, bits_));
-    const std::wstring rgbe_ = folder_.write(L"picture.hdr", picture_.file());
-
-    [[nodiscard]] HRESULT see(const std::wstring& file) const {
-        return image_->See(vrx::Bstr(SysAllocString(file.c_str())).get());
-    }
-    [[nodiscard]] HRESULT seeHdr(const std::wstring& file, float exposure = 0, float gamma = 1) const {
-        return hdr_->See(vrx::Bstr(SysAllocString(file.c_str())).get(), exposure, gamma);
-    }
-    static void expectNoWindow() { EXPECT_EQ(host::windowOf(GetCurrentThreadId(), kViewer), nullptr); }
-};
 
 TEST_F(Viewer, ShowsAPictureInItsOwnSize) {
     const WindowDriver driver(
@@ -111,7 +70,7 @@ TEST_F(Viewer, StaysWhenAButtonThatWasPressedElsewhereIsReleasedOverIt) {
     const WindowDriver driver(kViewer, [&](HWND viewer) {
         const POINT start = startOf(viewer, 40, 30);
         SendMessageW(viewOf(viewer), WM_LBUTTONUP, 0, MAKELPARAM(start.x + 20, start.y + 15));
-        SendMessageW(viewer, WM_NULL, 0, 0);
+        host::settle(viewer);
         EXPECT_TRUE(IsWindowVisible(viewer));
     });
     EXPECT_EQ(see(bmp_), S_OK);
@@ -125,7 +84,7 @@ TEST_F(Viewer, ClosesOnEsc) {
     EXPECT_EQ(see(bmp_), S_OK);
 }
 
-TEST_F(Viewer, OfAPictureLargerThanTheScreenIsNoLargerThanTheScreenCentred) {
+TEST_F(Viewer, APictureLargerThanTheScreenGivesAWindowNoLargerThanTheScreenCentred) {
     const RgbePicture large(1500, 1200);
     const FileBytes bits = large.bitmap(0, 1);
     const std::wstring file = folder_.write(L"large.bmp", host::bmpFile(1500, 1200, bits));
@@ -151,13 +110,32 @@ TEST_F(Viewer, OfAPictureLargerThanTheScreenIsNoLargerThanTheScreenCentred) {
     EXPECT_EQ(see(file), S_OK);
 }
 
-TEST_F(Viewer, ChangesNoLabelWhenTheMouseMovesOverAnOrdinaryPicture) {
+TEST_F(Viewer, MovingTheMouseOverAnOrdinaryPictureNotHdrChangesNoLabel) {
     const WindowDriver driver(kViewer, [&](HWND viewer) {
-        EXPECT_EQ(labelsOf(viewer), L"00000.0000 00000.0000 00000.0000 ");
+        EXPECT_EQ(labelsOf(viewer), kNoReadout);
         pointAt(viewer, startOf(viewer, 40, 30), 5, 5);
-        EXPECT_EQ(labelsOf(viewer), L"00000.0000 00000.0000 00000.0000 ");
+        EXPECT_EQ(labelsOf(viewer), kNoReadout);
     });
     EXPECT_EQ(see(bmp_), S_OK);
+}
+
+TEST_F(Viewer, AnEmptyFileNameLeavesTheWindowUnchanged) {
+    vrx::frmZoom window;
+    window.setObjHDR(vrx::ComPtr<_CVrxHDR>(hdr_.operator->()));
+    window.Set_BMP(vrx::loadPicture({bmp_.begin(), bmp_.end()}), 40, 30);
+    window.show(nullptr);
+    static_cast<void>(vrx::doEvents());
+    const RECT outer = outerOf(window.window());
+    const std::wstring labels = labelsOf(window.window());
+    window.See_Image(u"");
+    window.See_HDR(u"");
+    static_cast<void>(vrx::doEvents());
+    const RECT after = outerOf(window.window());
+    EXPECT_TRUE(EqualRect(&outer, &after));
+    EXPECT_EQ(labelsOf(window.window()), labels);
+    EXPECT_FALSE(IsWindowVisible(GetDlgItem(window.window(), IDC_LBLCOMP0)));
+    EXPECT_TRUE(eventuallyShows(window.window(), host::pixels24(40, 30, bits_)));
+    window.unload();
 }
 
 TEST_F(Viewer, IsEmptyWithoutAFileName) {
@@ -239,6 +217,60 @@ TEST_F(ViewerOfATallPicture, EndsTheDecoderAtOnceWhenItIsClosed) {
     expectEndAfter([](HWND viewer) { PostMessageW(viewer, WM_CLOSE, 0, 0); });
 }
 
+TEST_F(ViewerOfATallPicture, FillsInAsRowsArrive) {
+    const RgbePicture picture(8, 1000);
+    const Pixels decoded = host::pixels24(8, 1000, picture.bitmap(0, 1));
+    const Pixels nothing = host::pixels24(8, 1000, picture.bitmap(0, 1, 0));
+    int checked = 0;
+    // The first refresh follows row 0, each further one 80 rows more. The window is told after this listener.
+    listener_.onRefresh = [&](IDispatch&) {
+        if (listener_.refreshes != 3) return;
+        const HWND view = viewOf(host::windowOf(GetCurrentThreadId(), kViewer));
+        UpdateWindow(view);
+        const Pixels shown = host::shownIn(view);
+        const int left = (shown.width - 8) / 2;
+        EXPECT_EQ(host::partOf(shown, left, 0, 8, 81), host::partOf(decoded, 0, 0, 8, 81));
+        EXPECT_EQ(host::partOf(shown, left, 161, 8, 300), host::partOf(nothing, 0, 161, 8, 300));
+        ++checked;
+    };
+    const WindowDriver driver(
+        kViewer, [&](HWND) { EXPECT_TRUE(eventually([&] { return listener_.finishes == 1; })); });
+    EXPECT_EQ(seeHdr(tall_), S_OK);
+    EXPECT_EQ(checked, 1);
+}
+
+TEST_F(ViewerOfATallPicture, ReadsOutThePixelUnderAMouseThatRestsOnceItsRowIsThere) {
+    std::wstring before;
+    listener_.onRefresh = [&](IDispatch&) {
+        const HWND viewer = host::windowOf(GetCurrentThreadId(), kViewer);
+        if (listener_.refreshes != 1) return;
+        pointAt(viewer, {(innerOf(viewOf(viewer)).cx - 8) / 2, 0}, 2, 700);
+        before = labelsOf(viewer);
+    };
+    const WindowDriver driver(kViewer, [&](HWND viewer) {
+        EXPECT_TRUE(eventually([&] { return listener_.finishes == 1; }));
+        EXPECT_NE(labelsOf(viewer), before);
+    });
+    EXPECT_EQ(seeHdr(tall_), S_OK);
+    EXPECT_EQ(before, L"0.0000 0.0000 0.0000 ");
+}
+
+TEST_F(ViewerOfATallPicture, StaysResponsiveWhileItDecodes) {
+    std::wstring readout;
+    listener_.onRefresh = [&](IDispatch&) {
+        const HWND viewer = host::windowOf(GetCurrentThreadId(), kViewer);
+        const POINT start{(innerOf(viewOf(viewer)).cx - 8) / 2, 0};
+        if (listener_.refreshes == 1)
+            PostMessageW(viewOf(viewer), WM_MOUSEMOVE, 0, MAKELPARAM(start.x + 2, start.y));
+        if (listener_.refreshes == 2) readout = labelsOf(viewer);
+    };
+    const WindowDriver driver(
+        kViewer, [&](HWND) { EXPECT_TRUE(eventually([&] { return listener_.finishes == 1; })); });
+    EXPECT_EQ(seeHdr(tall_), S_OK);
+    EXPECT_NE(readout, L"");
+    EXPECT_NE(readout, kNoReadout);
+}
+
 TEST_F(ViewerOfATallPicture, TakesEscWhileItDecodes) {
     expectEndAfter([](HWND viewer) { PostMessageW(viewer, WM_KEYDOWN, VK_ESCAPE, 1); });
 }
@@ -254,29 +286,10 @@ TEST_F(ViewerOfATallPicture, DecodesOnceHoweverOftenItIsActivated) {
     const WindowDriver driver(kViewer, [&](HWND viewer) {
         EXPECT_TRUE(eventually([&] { return listener_.finishes == 1; }));
         SendMessageW(viewer, WM_ACTIVATE, WA_ACTIVE, 0);
-        SendMessageW(viewer, WM_NULL, 0, 0);
+        host::settle(viewer);
     });
     EXPECT_EQ(seeHdr(tall_), S_OK);
     EXPECT_EQ(listener_.headers, 1);
-}
-
-TEST_F(Viewer, LeavesNothingBehindAfterFiftyOpenings) {
-    constexpr int kFirstOpenings = 5;
-    constexpr int kOpenings = 50;
-    const auto open = [&] {
-        const WindowDriver driver(kViewer, [](HWND) {});
-        EXPECT_EQ(see(bmp_), S_OK);
-    };
-    // The system keeps some handles of its first windows for the next ones.
-    for (int i = 0; i < kFirstOpenings; ++i) open();
-    const std::size_t handles = host::freeGdiHandles();
-    const int windows = host::ownWindowCount();
-    for (int i = 0; i < kOpenings; ++i) open();
-    EXPECT_GE(host::freeGdiHandles(), handles);
-    EXPECT_EQ(host::ownWindowCount(), windows);
-    WNDCLASSW description{};
-    EXPECT_FALSE(GetClassInfoW(GetModuleHandleW(host::component().path().c_str()), L"VrxCommon.PictureView",
-                               &description));
 }
 
 }  // namespace

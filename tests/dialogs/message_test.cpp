@@ -107,7 +107,7 @@ class ShortMessage : public testing::Test {
     ComPtr<_CVrxFun> fun_ = makeFun();
 };
 
-TEST_F(ShortMessage, ShowsTheOuterMessageAgainAndHidesWithTheLast) {
+TEST_F(ShortMessage, ShowAShowBHideAIsDisplayedAgainASecondHideHidesTheWindowAThirdReturnsFalse) {
     EXPECT_EQ(show(*fun_, L"A"), S_OK);
     EXPECT_TRUE(isShown(L"A"));
     EXPECT_EQ(show(*fun_, L"B"), S_OK);
@@ -126,7 +126,7 @@ TEST_F(ShortMessage, IsNotThereForAHideWithoutAShow) {
     EXPECT_TRUE(isShown(L"A"));
 }
 
-TEST_F(ShortMessage, IsWiderForALongerTextAndAlwaysCentred) {
+TEST_F(ShortMessage, ALongerMessageGivesAWiderWindowAlwaysCentredOnTheScreen) {
     const SIZE narrow = sizeFor(L"Loading");
     const RECT first = screenArea(form());
     const SIZE wide = sizeFor(L"Loading a picture that takes a little longer");

@@ -1,0 +1,78 @@
+// What the load dialogs ask the settings component for and what they give it, in their order.
+
+#include <gtest/gtest.h>
+
+#include "common/host_program.h"
+#include "dialogs/frmLoadHDR.h"
+#include "dialogs/frmLoadImage.h"
+#include "dialogs/settings_store.h"
+#include "host.h"
+#include "settings_recorder.h"
+
+namespace {
+
+using Calls = std::vector<std::u16string>;
+
+class LoadDialogSettings : public testing::Test {
+  protected:
+    const std::u16string folder_ = vrx::hostFolder();
+    host::SettingsRecorder recorder_;
+
+    void SetUp() override { vrx::releaseSettingsComponent(); }
+    void TearDown() override { vrx::releaseSettingsComponent(); }
+
+    template <class Dialog>
+    static void openAndClose(const std::u16string& root) {
+        Dialog dialog;
+        dialog.setREGKEY(root);
+        dialog.load(nullptr);
+        EXPECT_TRUE(dialog.isLoaded());
+        dialog.unload();
+        EXPECT_FALSE(dialog.isLoaded());
+    }
+};
+
+TEST_F(LoadDialogSettings, OfTheHdrDialogAreFolderAndPreview) {
+    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop");
+    EXPECT_EQ(recorder_.journal.calls, (Calls{
+                                           u"read Software\\Shop\\ImageHDR|Path|" + folder_,
+                                           u"read Software\\Shop\\ImageHDR|Preview|1",
+                                           u"write Software\\Shop\\ImageHDR|Path|" + folder_,
+                                           u"write Software\\Shop\\ImageHDR|Preview|1",
+                                       }));
+}
+
+TEST_F(LoadDialogSettings, OfTheImageDialogAreFolderPreviewAndType) {
+    recorder_.journal.stored = u"0";
+    openAndClose<vrx::frmLoadImage>(u"Software\\Shop");
+    EXPECT_EQ(recorder_.journal.calls, (Calls{
+                                           u"read Software\\Shop\\ImageLoader|Path|" + folder_,
+                                           u"read Software\\Shop\\ImageLoader|Preview|1",
+                                           u"read Software\\Shop\\ImageLoader|Type|0",
+                                           u"write Software\\Shop\\ImageLoader|Path|" + folder_,
+                                           u"write Software\\Shop\\ImageLoader|Preview|0",
+                                           u"write Software\\Shop\\ImageLoader|Type|0",
+                                       }));
+}
+
+TEST_F(LoadDialogSettings, WithoutARootLieUnderTheBareSuffix) {
+    openAndClose<vrx::frmLoadHDR>(u"");
+    ASSERT_EQ(recorder_.journal.calls.size(), 4U);
+    EXPECT_EQ(recorder_.journal.calls.front(), u"read \\ImageHDR|Path|" + folder_);
+}
+
+TEST_F(LoadDialogSettings, ThatTheComponentRefusesAreTheDefaults) {
+    recorder_.journal.answer = E_ACCESSDENIED;
+    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop");
+    ASSERT_EQ(recorder_.journal.calls.size(), 4U);
+    EXPECT_EQ(recorder_.journal.calls[2], u"write Software\\Shop\\ImageHDR|Path|" + folder_);
+    EXPECT_EQ(recorder_.journal.calls[3], u"write Software\\Shop\\ImageHDR|Preview|1");
+}
+
+TEST_F(LoadDialogSettings, OfBothDialogsComeFromOneComponent) {
+    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop");
+    openAndClose<vrx::frmLoadImage>(u"Software\\Shop");
+    EXPECT_EQ(recorder_.journal.made, 1);
+}
+
+}  // namespace
