@@ -123,6 +123,17 @@ void opencvGaussianBlur(benchmark::State& state) {
     reportPerPixel(state, width, width / 2);
 }
 
+/// Averages that hold back where the neighbours differ, as the smoothing does.
+void opencvBilateral(benchmark::State& state) {
+    cv::setNumThreads(1);
+    const std::int32_t width = widthOf(state);
+    Pixels pixels = photograph(width);
+    const cv::Mat source = matrixOf(pixels, width);
+    cv::Mat target;
+    for (auto _ : state) cv::bilateralFilter(source, target, 3, 20, 20);
+    reportPerPixel(state, width, width / 2);
+}
+
 /// Pixel centres in place of corners, and weights of 11 bits. Exactly half the size would be a mean of four
 /// pixels, which OpenCV has a short cut for.
 void opencvResize(benchmark::State& state, double factor) {
@@ -140,6 +151,7 @@ void opencvResizeToHalf(benchmark::State& state) { opencvResize(state, 0.5); }
 void opencvResizeToDouble(benchmark::State& state) { opencvResize(state, 2.0); }
 
 BENCHMARK(opencvGaussianBlur)->VRX_PICTURE_SIZES;
+BENCHMARK(opencvBilateral)->VRX_PICTURE_SIZES;
 BENCHMARK(opencvResizeToHalf)->VRX_PICTURE_SIZES;
 BENCHMARK(opencvResizeToDouble)->VRX_PICTURE_SIZES;
 
