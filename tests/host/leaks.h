@@ -5,7 +5,7 @@
 
 namespace host {
 
-/// Does it 200 times, and again where something is missing then: the system keeps some handles of first
+/// Does it 200 times, and some more where something is missing then: the system keeps some handles of first
 /// windows for the next ones, and takes some at times of its own, but what is lost each time is lost in every
 /// round. Fails the test when no round leaves the GDI, USER and kernel handles, the thread's windows and the
 /// memory as they were.

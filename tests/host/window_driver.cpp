@@ -90,8 +90,8 @@ std::wstring captionOf(HWND window) {
 
 void settle(HWND window) {
     const vrx::KernelHandle taken(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    const QueueHook hook(SetWindowsHookExW(WH_GETMESSAGE, watchQueue, nullptr,
-                                           GetWindowThreadProcessId(window, nullptr)));
+    const QueueHook hook(
+        SetWindowsHookExW(WH_GETMESSAGE, watchQueue, nullptr, GetWindowThreadProcessId(window, nullptr)));
     PostMessageW(window, markMessage(), reinterpret_cast<WPARAM>(taken.get()), 0);
     EXPECT_TRUE(eventually(
         [&] { return !IsWindow(window) || WaitForSingleObject(taken.get(), 0) == WAIT_OBJECT_0; }));

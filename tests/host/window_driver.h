@@ -22,8 +22,8 @@ int ownWindowCount();
 
 std::wstring captionOf(HWND window);
 
-/// Waits until the window's thread has done all that is in its queue now, for what is sent to a window overtakes
-/// what was posted before it. A window that is gone has nothing left to do.
+/// Waits until the window's thread has done all that is in its queue now, for what is sent to a window
+/// overtakes what was posted before it. A window that is gone has nothing left to do.
 void settle(HWND window);
 
 /// A press and a release of the left button, put into the window's queue.
@@ -40,8 +40,8 @@ FileBytes bmpFile(int width, int height, const FileBytes& bits);
 /// The same with one colour.
 FileBytes bmpFile(int width, int height, COLORREF color);
 
-/// Waits for a window that the thread which made the driver shows and for what it does when it opens, does something with it and closes it if
-/// it is still there.
+/// Waits for a window that the thread which made the driver shows and for what it does when it opens, does
+/// something with it and closes it if it is still there.
 class WindowDriver {
   public:
     WindowDriver(std::wstring caption, std::function<void(HWND)> act);
