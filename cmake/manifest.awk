@@ -23,10 +23,14 @@ function between(text, before, after,    start) {
     library_uuid = uuid
 }
 
-/^    interface _.* : IDispatch/ {
-    stubs = stubs "  <comInterfaceExternalProxyStub name=\"" $2 "\" iid=\"{" uuid "}\" tlbid=\"{" library_uuid "}\"" \
-        "\n      proxyStubClsid32=\"{00020424-0000-0000-C000-000000000046}\"/>\n"
+function stub(name, proxy) {
+    return "  <comInterfaceExternalProxyStub name=\"" name "\" iid=\"{" uuid "}\" tlbid=\"{" library_uuid "}\"" \
+        "\n      proxyStubClsid32=\"{" proxy "-0000-0000-C000-000000000046}\"/>\n"
 }
+
+# The system's own proxies: of the type library for interfaces, of late binding for events.
+/^    interface _.* : IDispatch/ { stubs = stubs stub($2, "00020424") }
+/^    dispinterface _/ { stubs = stubs stub($2, "00020420") }
 
 /^    coclass / && creatable {
     name = library "." $2

@@ -13,7 +13,7 @@ function defaultOf(attributes, type,    value) {
     value = substr(attributes, RSTART, RLENGTH - 1)
     sub(/^[A-Za-z_]+\(/, "", value)
     if (value == "SINGLE_MINUS_ONE") value = "-1"
-    if (value == "EMPTY_TEXT") value = "\"\""
+    if (value == "NO_TEXT" || value == "EMPTY_TEXT") value = "\"\""
     if (type == "Boolean") value = value == "0" ? "False" : "True"
     return " = " value
 }

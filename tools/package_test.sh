@@ -32,7 +32,7 @@ builds_a_program() {
     local object=$throwaway_folder/VrxCommon_i.o target=i686-w64-mingw32
     [[ $bits == 32 ]] || target=x86_64-w64-mingw32
     "$target-gcc" -c "$installed/include/VrxCommon_i.c" -o "$object" &&
-        "$target-g++" -std=c++20 -municode -static -I"$installed/include" "$installed/samples/cpp/tour.cpp" \
+        "$target-g++" -std=c++20 -Werror=write-strings -municode -static -I"$installed/include" "$installed/samples/cpp/tour.cpp" \
             "$object" -lole32 -loleaut32 -luuid -o "$throwaway_folder/tour.exe"
 }
 

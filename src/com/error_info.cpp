@@ -73,11 +73,9 @@ HRESULT reportError(const Error& error, const char16_t* className, EXCEPINFO& ex
 
 void checkCall(HRESULT result) {
     if (SUCCEEDED(result)) return;
-    Error error{HRESULT_FACILITY(result) == FACILITY_CONTROL
-                    ? HRESULT_CODE(result)
-                    : static_cast<std::int32_t>(Platform::InternalError),
-                {},
-                {}};
+    // A result without error information: what the thread has is of another call.
+    if (HRESULT_FACILITY(result) != FACILITY_CONTROL) throw platformError(Platform::InternalError);
+    Error error{HRESULT_CODE(result), {}, {}};
     ComPtr<IErrorInfo> info;
     if (GetErrorInfo(0, info.put()) == S_OK) {
         Bstr source;

@@ -5,6 +5,7 @@
 #include <new>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "com/hresult_failure.h"
 #include "com/module.h"
@@ -40,6 +41,13 @@ void writeRow(HKEY classes, const RegistryRow& row) {
 bool exists(HKEY classes, const std::wstring& path) {
     RegistryKey key;
     return RegOpenKeyExW(classes, path.c_str(), 0, KEY_QUERY_VALUE, key.put()) == ERROR_SUCCESS;
+}
+
+bool holds(HKEY classes, const RegistryRow& row) {
+    RegistryKey key;
+    if (RegOpenKeyExW(classes, row.key.c_str(), 0, KEY_QUERY_VALUE, key.put()) != ERROR_SUCCESS) return false;
+    return !row.text ||
+           RegQueryValueExW(key.get(), row.name.c_str(), nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
 }
 
 bool isEmptyKey(HKEY classes, const std::wstring& path) {
@@ -84,13 +92,17 @@ void removeRows(HKEY classes, std::span<const RegistryRow> rows) {
     }
 }
 
+/// All or none; what was there before stays in any case.
 void writeRows(HKEY classes, std::span<const RegistryRow> rows) {
-    std::size_t written = 0;
+    std::vector<RegistryRow> added;
     try {
-        for (; written < rows.size(); ++written) writeRow(classes, rows[written]);
+        for (const RegistryRow& row : rows) {
+            if (!holds(classes, row)) added.push_back(row);
+            writeRow(classes, row);
+        }
     } catch (const HresultFailure& failure) {
         try {
-            removeRows(classes, rows.first(written + 1));
+            removeRows(classes, added);
         } catch (const HresultFailure&) {
             // The reason of the first failure is the one to report.
         }

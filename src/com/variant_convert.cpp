@@ -149,10 +149,12 @@ Variant convert(const VARIANT& value, VARTYPE type) {
     if (V_VT(&direct.get()) == VT_DISPATCH && type != VT_DISPATCH) {
         // The value of an object is its default property, which is the host's code.
         const HostFpScope host;
-        check(VariantChangeTypeEx(&converted.get(), &direct.get(), kConversionLocale, 0, type));
+        check(VariantChangeTypeEx(&converted.get(), &direct.get(), kConversionLocale, VARIANT_NOUSEROVERRIDE,
+                                  type));
         return converted;
     }
-    check(VariantChangeTypeEx(&converted.get(), &direct.get(), kConversionLocale, 0, type));
+    check(VariantChangeTypeEx(&converted.get(), &direct.get(), kConversionLocale, VARIANT_NOUSEROVERRIDE,
+                              type));
     return converted;
 }
 

@@ -53,6 +53,15 @@ std::uint64_t sizeOf(HANDLE file) {
     return static_cast<std::uint64_t>(size.QuadPart);
 }
 
+/// Leaves the place for the next bytes at the file's begin.
+void setSize(HANDLE file, std::size_t size) {
+    LARGE_INTEGER end{};
+    end.QuadPart = static_cast<LONGLONG>(size);
+    if (!SetFilePointerEx(file, end, nullptr, FILE_BEGIN) || !SetEndOfFile(file) ||
+        !SetFilePointerEx(file, {}, nullptr, FILE_BEGIN))
+        throwLastError();
+}
+
 /// How many bytes there are, as many as fit at most.
 std::size_t readAll(HANDLE file, std::span<std::uint8_t> bytes) {
     std::size_t done = 0;
@@ -137,7 +146,22 @@ bool findsFile(const std::u16string& path) {
 std::u16string temporaryFolder() {
     wchar_t folder[MAX_PATH + 1];
     const DWORD length = GetTempPathW(MAX_PATH + 1, folder);
+    if (length == 0 || length > MAX_PATH) throw platformError(Platform::PathNotFound);
     return {folder, folder + length};
+}
+
+TemporaryFile::TemporaryFile() {
+    wchar_t name[MAX_PATH + 1];
+    if (!GetTempFileNameW(toWide(temporaryFolder()).c_str(), L"vrx", 0, name)) throwLastError();
+    path_ = name;
+}
+
+TemporaryFile::~TemporaryFile() { DeleteFileW(path_.c_str()); }
+
+std::u16string TemporaryFile::path() const {
+    wchar_t name[MAX_PATH + 1];
+    const DWORD length = GetShortPathNameW(path_.c_str(), name, MAX_PATH + 1);
+    return toText(length != 0 && length <= MAX_PATH ? std::wstring(name, length) : path_);
 }
 
 FileReplacement::FileReplacement(const std::u16string& path) : path_(systemPath(path)) {
@@ -183,18 +207,6 @@ void FileReplacement::write(std::span<const std::uint8_t> bytes) {
 void FileReplacement::commit() {
     if (!file_) return overwriteTarget();
     file_.reset();
-    takeTargetsPlace();
-}
-
-bool FileReplacement::commitWrittenBy(const std::function<bool(const std::u16string& name)>& write) {
-    if (!file_) return write(toText(path_));
-    file_.reset();
-    if (!write(toText(sibling_))) return false;
-    takeTargetsPlace();
-    return true;
-}
-
-void FileReplacement::takeTargetsPlace() {
     if (!MoveFileExW(sibling_.c_str(), path_.c_str(), MOVEFILE_REPLACE_EXISTING)) {
         const DWORD error = GetLastError();
         // A target that another program has open is refused like one without rights.
@@ -206,10 +218,13 @@ void FileReplacement::takeTargetsPlace() {
 }
 
 void FileReplacement::overwriteTarget() {
-    const KernelHandle target = validHandle(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr,
-                                                        TRUNCATE_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const KernelHandle target = validHandle(
+        CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!target) throwLastError();
+    // Room first: a full disk leaves the old bytes.
+    if (waiting_.size() > sizeOf(target.get())) setSize(target.get(), waiting_.size());
     writeAll(target.get(), waiting_);
+    setSize(target.get(), waiting_.size());
 }
 
 }  // namespace vrx

@@ -1,11 +1,11 @@
 // Whole files in, whole files out. A file that is written replaces the old one in one step, or leaves it as
-// it was.
+// it was. Where the folder takes no new file, the old one is overwritten when all bytes are there and have
+// room.
 #pragma once
 
 #include <windows.h>
 
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -30,6 +30,21 @@ void copyFile(const std::u16string& source, const std::u16string& target);
 /// The user's folder for temporary files, with a backslash at its end.
 [[nodiscard]] std::u16string temporaryFolder();
 
+/// An empty file in that folder, which goes with its owner.
+class TemporaryFile {
+  public:
+    TemporaryFile();
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile();
+
+    /// The short form, which programs of the system's 8-bit code page can open as well.
+    [[nodiscard]] std::u16string path() const;
+
+  private:
+    std::wstring path_;
+};
+
 /// Collects the bytes of a new file in a temporary one beside it. Without `commit` nothing has happened.
 class FileReplacement final : public ByteSink {
   public:
@@ -42,13 +57,9 @@ class FileReplacement final : public ByteSink {
     void write(std::span<const std::uint8_t> bytes) override;
     /// Puts the new file in the place of the old one.
     void commit();
-    /// The same with bytes that `write` puts into a file of the name that it is given; false where it answers
-    /// so, and nothing has happened then.
-    [[nodiscard]] bool commitWrittenBy(const std::function<bool(const std::u16string& name)>& write);
 
   private:
     [[nodiscard]] bool openSibling();
-    void takeTargetsPlace();
     void overwriteTarget();
 
     std::wstring path_;

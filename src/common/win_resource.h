@@ -45,6 +45,7 @@ inline void key(HKEY handle) { RegCloseKey(handle); }
 inline void handle(HANDLE handle) { CloseHandle(handle); }
 inline void find(HANDLE handle) { FindClose(handle); }
 inline void module(HMODULE handle) { FreeLibrary(handle); }
+inline void window(HWND handle) { DestroyWindow(handle); }
 inline void memoryDc(HDC handle) { DeleteDC(handle); }
 inline void bitmap(HBITMAP handle) { DeleteObject(handle); }
 inline void icon(HICON handle) { DestroyIcon(handle); }
@@ -59,6 +60,7 @@ using RegistryKey = Resource<HKEY, closing::key>;
 using KernelHandle = Resource<HANDLE, closing::handle>;
 using FindHandle = Resource<HANDLE, closing::find>;
 using Module = Resource<HMODULE, closing::module>;
+using Window = Resource<HWND, closing::window>;
 using MemoryDc = Resource<HDC, closing::memoryDc>;
 using Bitmap = Resource<HBITMAP, closing::bitmap>;
 using Icon = Resource<HICON, closing::icon>;

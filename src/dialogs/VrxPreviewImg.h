@@ -62,6 +62,12 @@ class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, EventSource, BagPe
     [[nodiscard]] HWND window() const { return view_.window(); }
     [[nodiscard]] const ComPtr<IPicture>& picture() const { return view_.picture(); }
 
+    /// Whoever asks for persistence without telling which means that of a property bag.
+    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+        return ObjectBase::QueryInterface(iid == __uuidof(IPersist) ? __uuidof(IPersistPropertyBag) : iid,
+                                          object);
+    }
+
     STDMETHODIMP get_Picture(IPictureDisp** value) override;
     STDMETHODIMP put_Picture(IPictureDisp* value) override;
     STDMETHODIMP get_objHDR(_CVrxHDR** value) override;

@@ -137,8 +137,11 @@ void Form::forgetWindow() {
     PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }
 
+/// The window goes while the form is whole: what waits in the queue would reach parts of it that are gone.
 void Form::rethrowFailure() {
-    if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
+    if (!failure_) return;
+    if (window_) DestroyWindow(window_);
+    std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
 INT_PTR CALLBACK Form::procedure(HWND window, UINT message, WPARAM wide, LPARAM longer) {

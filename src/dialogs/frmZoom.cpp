@@ -84,7 +84,7 @@ void frmZoom::onClose() {
 
 void frmZoom::onActivate(bool active) {
     if (!active) return;
-    SetWindowPos(window(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    SetWindowPos(window(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     if (!hdrMode_ || !std::exchange(startPreview_, false)) return;
     PostMessageW(window(), kStartPreview, 0, 0);
 }
@@ -111,6 +111,11 @@ bool frmZoom::onMessage(UINT message, WPARAM wide, LPARAM /*longer*/, LRESULT& /
             if (wide != VK_ESCAPE) return picture_.onKey(wide);
             onClose();
             return true;
+        case WM_DESTROY:
+            // With its owner too.
+            startPreview_ = false;
+            hdr_.endLoad();
+            return false;
         default:
             return picture_.onWheel(message, wide);
     }

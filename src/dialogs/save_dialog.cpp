@@ -1,6 +1,5 @@
 #include "dialogs/save_dialog.h"
 
-#include <exception>
 #include <new>
 
 #include "common/engine/error.h"
@@ -132,26 +131,19 @@ void SaveDialog::writeJpeg(const std::u16string& bitmapFile, const std::u16strin
     if (!writeSection(section, fullName)) showMessage(save_text::jpegFailure(fullName), MB_ICONEXCLAMATION);
 }
 
-/// A target that takes no file is told like a codec that cannot write it; a codec that is missing is an error
-/// of its own.
+/// The codec knows names of the 8-bit code page only, so it writes a file of another name first. A target
+/// that takes no file is told like a codec that cannot write it; a codec that is missing is an error of its
+/// own.
 bool SaveDialog::writeSection(const cDIBSection& section, const std::u16string& fullName) const {
-    std::exception_ptr codecFailure;
-    const auto write = [&](const std::u16string& name) {
-        try {
-            return SaveJPG(section, name, quality_);
-        } catch (...) {
-            codecFailure = std::current_exception();
-            return false;
-        }
-    };
-    bool written = false;
+    const TemporaryFile written;
+    if (!SaveJPG(section, written.path(), quality_)) return false;
     try {
-        written = FileReplacement(fullName).commitWrittenBy(write);
+        copyFile(written.path(), fullName);
+        return true;
     } catch (const Error&) {
         showMessage(kSaveJpgFailure, MB_ICONEXCLAMATION);
+        return false;
     }
-    if (codecFailure) std::rethrow_exception(codecFailure);
-    return written;
 }
 
 }  // namespace vrx

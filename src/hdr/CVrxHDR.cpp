@@ -36,6 +36,11 @@ std::array<Bounds, 3> boundsOf(std::int32_t dimX, std::int32_t dimY) {
     return {{{0, dimX}, {0, dimY}, {0, kRgbeComponents - 1}}};
 }
 
+std::int32_t oneMore(std::int32_t size) {
+    if (size == INT32_MAX) throw platformError(Platform::OutOfMemory);
+    return size + 1;
+}
+
 bool isBlank(const std::u16string& text) { return text.find_first_not_of(u' ') == std::u16string::npos; }
 
 /// Why a picture was not written, for the user.
@@ -336,7 +341,7 @@ ComPtr<IPictureDisp> CVrxHDR::pictureOf(const PixelRect& source, const PixelRect
     const auto height = static_cast<std::int32_t>(preview.height());
     const PixelRect all{0, 0, width, height};
     if (whole) {
-        surface_.resize(picture_.dimX() + 1, picture_.dimY() + 1);
+        surface_.resize(oneMore(picture_.dimX()), oneMore(picture_.dimY()));
     } else {
         surface_.resize(target.width, target.height);
     }
@@ -351,10 +356,12 @@ ComPtr<IPictureDisp> CVrxHDR::pictureOf(const PixelRect& source, const PixelRect
 void CVrxHDR::readPixel(std::int32_t x, std::int32_t y, VARIANT& red, VARIANT& green, VARIANT& blue) const {
     const std::array<VARIANT*, 3> targets{&red, &green, &blue};
     const auto percent = picture_.percentAt(x, y);
-    if (picture_.tablesBuilt() && !percent) return;
+    // The host's code may run below, when a variable gives an object of its back.
+    const bool built = picture_.tablesBuilt();
+    if (built && !percent) return;
     for (std::size_t c = 0; c < targets.size(); ++c) {
         try {
-            putVariant(*targets[c], picture_.tablesBuilt() ? makeDouble((*percent)[c]) : makeInteger(-1));
+            putVariant(*targets[c], built ? makeDouble((*percent)[c]) : makeInteger(-1));
         } catch (const Error&) {
             // A variable that cannot take the value keeps its own; the next one still gets its value.
         }

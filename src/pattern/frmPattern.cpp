@@ -183,18 +183,18 @@ bool frmPattern::onMessage(UINT message, WPARAM wide, LPARAM longer, LRESULT& /*
 void frmPattern::showStops() {
     const HWND focus = GetFocus();
     const bool onFlag = IsChild(window(), focus) && GetDlgCtrlID(focus) >= IDC_PICFLAGUP;
-    matchFlags();
+    tip_.hide();
+    makeFlags(editor_.count());
+    flags_.resize(editor_.count());
     placeFlags();
     if (onFlag) SetFocus(flags_[editor_.selected()]->window());
     showSelection();
     showRamp();
 }
 
-/// One flag for each stop.
-void frmPattern::matchFlags() {
-    tip_.hide();
-    if (flags_.size() > editor_.count()) flags_.resize(editor_.count());
-    while (flags_.size() < editor_.count()) {
+/// At least so many; those that no stop has yet cannot be seen.
+void frmPattern::makeFlags(std::size_t count) {
+    while (flags_.size() < count) {
         const std::size_t index = flags_.size();
         const int id = IDC_PICFLAGUP + static_cast<int>(index);
         flags_.push_back(std::make_unique<StopFlag>(static_cast<StopFlagOwner&>(*this), window(), id, index));
@@ -225,7 +225,7 @@ void frmPattern::showSelection() {
 }
 
 void frmPattern::showRamp() {
-    if (!object_ || editor_.count() == 0) return;
+    if (!isLoaded() || !object_ || editor_.count() == 0) return;
     ramp_.expand(*object_, editor_.pattern(), editor_.rampWidth());
     InvalidateRect(control(IDC_PICPATTERN), nullptr, FALSE);
     paintNow();
@@ -234,7 +234,7 @@ void frmPattern::showRamp() {
 /// What has to be painted does not wait until there is nothing else to do: a stop that is dragged keeps up
 /// with the mouse.
 void frmPattern::paintNow() const {
-    RedrawWindow(window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    if (isLoaded()) RedrawWindow(window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
 void frmPattern::showTip(std::size_t index) {
@@ -297,7 +297,7 @@ void frmPattern::removeStop() {
 }
 
 void frmPattern::onFlagKey(WPARAM key) {
-    if (editor_.count() == 0) return;
+    if (editor_.count() == 0 || flags_.size() < editor_.count()) return;
     const bool right = key == VK_RIGHT;
     switch (key) {
         case VK_LEFT:
@@ -324,7 +324,7 @@ void frmPattern::onFlagKey(WPARAM key) {
 void frmPattern::chooseStopColor(std::size_t index) {
     if (index >= editor_.count()) return;
     const auto color = chooseColor(window(), editor_.stop(index).color(), customColors_);
-    if (!color || index >= editor_.count()) return;
+    if (!color || !isLoaded() || index >= editor_.count()) return;
     editor_.setColor(index, *color);
     showSelection();
     showRamp();
@@ -333,8 +333,11 @@ void frmPattern::chooseStopColor(std::size_t index) {
 void frmPattern::loadFile() {
     quietly([&] {
         const auto pattern = files_.load(window());
-        if (!pattern) return;
-        editor_.build(*pattern);
+        if (!pattern || !isLoaded()) return;
+        PatternEditor loaded = editor_;
+        loaded.build(*pattern);
+        makeFlags(loaded.count());
+        editor_ = std::move(loaded);
         showStops();
     });
 }

@@ -57,7 +57,7 @@ class frmPattern final : public Form, private StopFlagOwner {
     void place(int id, const Box& box) const;
 
     void showStops();
-    void matchFlags();
+    void makeFlags(std::size_t count);
     void placeFlags() const;
     void showSelection();
     void showRamp();

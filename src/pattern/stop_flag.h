@@ -51,7 +51,9 @@ class StopFlag final : public CustomControl {
     void release();
     void paint();
     [[nodiscard]] bool showsFocus() const;
-    void invalidate() const { InvalidateRect(window(), nullptr, FALSE); }
+    void invalidate() const {
+        if (window()) InvalidateRect(window(), nullptr, FALSE);
+    }
 
     StopFlagOwner& owner_;
     const std::size_t index_;

@@ -53,11 +53,14 @@ HBITMAP bitmapOf(IPictureDisp& picture) {
     return handleOf<HBITMAP>(static_cast<LONG>(handle));
 }
 
-/// True when the clipboard took the bitmap. It keeps a bitmap that was offered, taken or not.
+/// True when the clipboard took the bitmap, which is its own then.
 bool putOnClipboard(Bitmap bitmap) {
-    if (!OpenClipboard(nullptr)) return false;
-    EmptyClipboard();
-    const bool taken = SetClipboardData(CF_BITMAP, bitmap.release()) != nullptr;
+    // Without an owner the emptied clipboard takes nothing.
+    const Window owner(
+        CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr));
+    if (!OpenClipboard(owner.get())) return false;
+    const bool taken = EmptyClipboard() && SetClipboardData(CF_BITMAP, bitmap.get());
+    if (taken) static_cast<void>(bitmap.release());
     CloseClipboard();
     return taken;
 }

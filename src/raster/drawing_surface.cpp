@@ -69,9 +69,10 @@ bool DrawingSurface::prepare(std::int32_t width, std::int32_t height) {
     if (width < 0 || height < 0) throw platformError(Platform::InvalidCall);
     width = std::max(width, 1);
     height = std::max(height, 1);
-    if (canTake(canvas_, width, height)) return false;
-    if (canTake(spare_, width, height)) {
-        std::swap(canvas_, spare_);
+    if (!canTake(canvas_, width, height) && canTake(spare_, width, height)) std::swap(canvas_, spare_);
+    if (canTake(canvas_, width, height)) {
+        // What its last user drew may not have been done yet.
+        GdiFlush();
         return false;
     }
     Canvas fresh = create(width, height);

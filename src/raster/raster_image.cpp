@@ -1,5 +1,6 @@
 #include "raster/raster_image.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -97,8 +98,9 @@ std::int32_t RasterImage::dimY() const { return toInt32(dimY_); }
 void RasterImage::render() {
     const DrawableInfo info(info_, bits_.size());
     const std::int32_t width = dimX();
-    const std::int32_t height = std::abs(dimY());
-    if (width <= 0 || height == 0) throw platformError(Platform::InvalidPicture);
+    const std::int32_t rows = dimY();
+    if (width <= 0 || rows == 0 || rows == INT32_MIN) throw platformError(Platform::InvalidPicture);
+    const std::int32_t height = std::abs(rows);
     surface_.resize(width, height);
     const PixelRect whole{0, 0, width, height};
     surface_.stretch(whole, whole, info.get(), bits_.data());

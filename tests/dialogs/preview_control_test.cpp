@@ -302,6 +302,14 @@ TEST_F(Preview, KeepsItsTwoPropertiesInAPropertyBag) {
     EXPECT_EQ(pointer, 2);
 }
 
+TEST_F(Preview, TellsItsClassToWhoeverAsksForPersistenceOfAnyKind) {
+    CLSID classId{};
+    const auto persistence = ComPtr<_VrxPreviewImg>(control_.get()).as<IPersist>();
+    ASSERT_TRUE(persistence);
+    EXPECT_EQ(persistence->GetClassID(&classId), S_OK);
+    EXPECT_EQ(classId, CLSID_VrxPreviewImg);
+}
+
 TEST_F(Preview, SavesOnlyWhatHasChanged) {
     Bag bag;
     EXPECT_EQ(control_->Save(&bag, TRUE, FALSE), S_OK);

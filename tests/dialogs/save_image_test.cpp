@@ -72,6 +72,14 @@ TEST_F(SaveImage, WritesAJpegOfThePicture) {
     EXPECT_EQ(folder_.names(), std::vector<std::wstring>{L"pic.jpg"});
 }
 
+TEST_F(SaveImage, WritesAJpegIntoAFolderWhoseNameTheCodePageHasOnlyAlmost) {
+    // In a western code page the nearest letter to the stroked l is the plain one.
+    for (const wchar_t* name : {L"\u0142dir", L"ldir"}) CreateDirectoryW((folder_ / name).c_str(), nullptr);
+    remember(L"Path", folder_ / L"\u0142dir");
+    quietlyDuring([](const OpenSaveDialog& dialog) { dialog.saveAs(L"pic", kJpg); });
+    EXPECT_EQ(vrx::test::readByAnother(bytes(L"\u0142dir\\pic.jpg")).width, 40u);
+}
+
 TEST_F(SaveImage, IsTheImageItselfByWayOfItsTemporaryFileWhenNoFileIsGiven) {
     const std::wstring temporary = host::programFolder() + L"\\ImageTemp.bmp";
     hold(input_);

@@ -210,12 +210,20 @@ TEST_F(AutoExposition, WhenEveryPixelHasTheSameLuminanceMinMaxDividesByZero) {
     EXPECT_EQ(errorNumberOf([&] { painted(tables, {ExpositionType::Max, range}, store, 0); }), 0);
 }
 
-TEST_F(AutoExposition, ALuminanceTooSmallToSquareOverflows) {
+TEST_F(AutoExposition, APictureThatIsAllButBlackHasTheLargestWhitePointOfASingle) {
     // 2^-66 / 255 is about 5e-23; 1 / 5e-23^2 is above 3.4e38.
-    EXPECT_EQ(errorNumberOf([this] {
-                  static_cast<void>(measureLuminance(tables, rowOf({{0, 0, 0, 71}})));
-              }),
-              6);
+    const RgbeStore store = rowOf({{0, 0, 0, 71}});
+    const LuminanceRange range = measureLuminance(tables, store);
+    EXPECT_EQ(range.whitePoint, 3.40282347e38F);
+    // 5e-23 * 5e-23 * 3.4e38 is about 1e-6.
+    EXPECT_EQ(painted(tables, {ExpositionType::Max, range}, store, 0), (Row{0, 0, 0}));
+}
+
+TEST_F(AutoExposition, APictureOfZeroBytesStaysBlack) {
+    const RgbeStore store = rowOf({{0, 0, 0, 0}, {0, 0, 0, 0}});
+    const LuminanceRange range = measureLuminance(tables, store);
+    EXPECT_EQ(painted(tables, {ExpositionType::Max, range}, store, 0), (Row{0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(errorNumberOf([&] { painted(tables, {ExpositionType::MinMax, range}, store, 0); }), 11);
 }
 
 // Against the model.

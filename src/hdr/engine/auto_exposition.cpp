@@ -1,5 +1,6 @@
 #include "hdr/engine/auto_exposition.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "common/engine/error.h"
@@ -44,9 +45,9 @@ LuminanceRange measureLuminance(const ToneTables& tables, const RgbeStore& store
     range.maximum = static_cast<float>(luminance.maximum);
     if (range.maximum == 0.0F) throw platformError(Platform::DivisionByZero);
     const double maximum = range.maximum;
-    const double whitePoint = 1.0 / (maximum * maximum);
-    if (whitePoint > std::numeric_limits<float>::max()) throw platformError(Platform::Overflow);
-    range.whitePoint = static_cast<float>(whitePoint);
+    // Of a picture that is all but black it would be beyond a Single.
+    constexpr double kMost = std::numeric_limits<float>::max();
+    range.whitePoint = static_cast<float>(std::min(1.0 / (maximum * maximum), kMost));
     return range;
 }
 
