@@ -85,6 +85,7 @@ void Form::load(HWND owner) {
                                            reinterpret_cast<LPARAM>(this));
     rethrowFailure();
     if (!window) throw platformError(Platform::OutOfMemory);
+    mustUnload_ = true;
     keepSizeOnEveryScreen(window);
 }
 
@@ -120,14 +121,8 @@ void Form::hide() {
 
 void Form::unload() {
     if (!window_) return;
-    const HWND window = window_;
-    try {
-        onUnload();
-    } catch (...) {
-        DestroyWindow(window);
-        throw;
-    }
-    DestroyWindow(window);
+    DestroyWindow(window_);
+    rethrowFailure();
 }
 
 void Form::forgetWindow() {
@@ -193,6 +188,9 @@ bool Form::dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {
             onLoad();
             answer = TRUE;
             return true;
+        case WM_DESTROY:
+            if (std::exchange(mustUnload_, false)) onUnload();
+            return false;
         case WM_NCDESTROY:
             forgetWindow();
             return false;

@@ -31,11 +31,12 @@ class Form {
     void show(HWND owner);
     /// Hides the form, which ends showModal().
     void hide();
-    /// Calls onUnload and destroys the window. Does nothing for a form that is not loaded.
+    /// Destroys the window. Does nothing for a form that is not loaded.
     void unload();
 
   protected:
     virtual void onLoad() {}
+    /// Before the window goes, with its owner too; not where onLoad failed.
     virtual void onUnload() {}
     /// The frame's close button, Alt+F4 and Esc on a form without a cancel button.
     virtual void onClose() { hide(); }
@@ -82,6 +83,7 @@ class Form {
     const int templateId_;
     HWND window_ = nullptr;
     bool shown_ = false;
+    bool mustUnload_ = false;
     std::exception_ptr failure_;
     ModuleLock lock_;
 };

@@ -25,32 +25,19 @@ constexpr std::array kExpositionTypes{L"Attenuate Max", L"Attenuate All"};
 // In place of an exposure and a gamma: the object's own.
 constexpr float kOwn = -1;
 
-/// The picture as a BMP file that is gone afterwards, in the host's folder or, where that takes no files, in
-/// the user's temporary one.
-class TemporaryBitmap {
-  public:
-    TemporaryBitmap(_CVrxHDR& object, const std::u16string& target) : path_(write(object, target)) {}
-    TemporaryBitmap(const TemporaryBitmap&) = delete;
-    TemporaryBitmap& operator=(const TemporaryBitmap&) = delete;
-    ~TemporaryBitmap() { DeleteFileW(toWide(path_).c_str()); }
-
-    [[nodiscard]] const std::u16string& path() const { return path_; }
-
-  private:
-    static std::u16string write(_CVrxHDR& object, const std::u16string& target) {
-        const std::u16string hosts = temporaryFileName(hostFolder());
-        // The file that the user wants may have this very name.
-        if (!equalInUpperCase(hosts, target)) {
-            const HRESULT written = object.Convert_HDR_to_BMP(toBstr(hosts).get(), kOwn, kOwn);
-            if (SUCCEEDED(written)) return hosts;
-        }
-        std::u16string users = temporaryFileName(temporaryFolder());
-        checkCall(object.Convert_HDR_to_BMP(toBstr(users).get(), kOwn, kOwn));
-        return users;
+/// Makes a BMP file of the picture, which stays until the next one, in the host's folder or, where that takes
+/// no files, in the user's temporary one. Returns its name.
+std::u16string writeTemporaryBitmap(_CVrxHDR& object, const std::u16string& target) {
+    const std::u16string hosts = temporaryFileName(hostFolder());
+    // The file that the user wants may have this very name.
+    if (!equalInUpperCase(hosts, target)) {
+        const HRESULT written = object.Convert_HDR_to_BMP(toBstr(hosts).get(), kOwn, kOwn);
+        if (SUCCEEDED(written)) return hosts;
     }
-
-    const std::u16string path_;
-};
+    std::u16string users = temporaryFileName(temporaryFolder());
+    checkCall(object.Convert_HDR_to_BMP(toBstr(users).get(), kOwn, kOwn));
+    return users;
+}
 
 }  // namespace
 
@@ -70,7 +57,6 @@ void frmSaveHDR::onLoad() {
     applyExposure();
     applyGamma();
     render();
-    preview_->FitPicture();
 }
 
 void frmSaveHDR::anchorControls() {
@@ -137,7 +123,9 @@ void frmSaveHDR::refresh() {
 void frmSaveHDR::render() {
     long width = 0;
     object_->get_DimX(&width);
-    if (width >= 1) object_->Get_BMP();
+    if (width < 1 || FAILED(object_->Get_BMP())) return;
+    // After a picture that could not be painted there is no frame yet.
+    preview_->FitPicture();
 }
 
 void frmSaveHDR::writePicture(SaveFormat format, const std::u16string& fullName) {
@@ -147,8 +135,7 @@ void frmSaveHDR::writePicture(SaveFormat format, const std::u16string& fullName)
         checkCall(object_->Save_HDR(toBstr(fullName).get(), written.put()));
         return;
     }
-    const TemporaryBitmap bitmap(*object_, fullName);
-    writeBitmap(bitmap.path(), format, fullName);
+    writeBitmap(writeTemporaryBitmap(*object_, fullName), format, fullName);
 }
 
 }  // namespace vrx

@@ -19,7 +19,9 @@ constexpr UINT kStartPreview = WM_APP;
 
 constexpr Extent kEmptyView{320, 240};
 constexpr std::array kLabels{IDC_LBLCOMP0, IDC_LBLCOMP1, IDC_LBLCOMP2};
+// Each value behind its caption.
 constexpr std::array kReadout{IDC_LBLRED, IDC_LBLCOMP0, IDC_LBLGREEN, IDC_LBLCOMP1, IDC_LBLBLU, IDC_LBLCOMP2};
+constexpr int kMoreForAValue = 80;
 
 /// The pixel along one side that a pointer shows.
 std::int32_t pixelAt(int pointer, int length, int dpi) {
@@ -63,6 +65,10 @@ void frmZoom::onLoad() {
     RECT inner{};
     GetClientRect(window(), &inner);
     picture_.create(window(), IDC_IMGPREVIEW, inner);
+    for (std::size_t i = 0; i < kReadout.size(); ++i) {
+        GetWindowRect(control(kReadout[i]), &readout_[i]);
+        MapWindowPoints(nullptr, window(), reinterpret_cast<POINT*>(&readout_[i]), 2);
+    }
     showReadout(hdrMode_);
     // The system chose the control with the focus before there was the picture's.
     PostMessageW(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(picture_.window()), TRUE);
@@ -72,6 +78,7 @@ void frmZoom::onLoad() {
 void frmZoom::onUnload() {
     SetWindowPos(window(), HWND_NOTOPMOST, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+    startPreview_ = false;
     hdr_.endLoad();
 }
 
@@ -92,13 +99,22 @@ void frmZoom::onActivate(bool active) {
 void frmZoom::onResize(int width, int height) {
     if (!picture_.window()) return;
     picture_.resize(width, std::max(height - stripHeight(), 0));
-    for (const int id : kReadout) {
-        RECT place{};
-        GetWindowRect(control(id), &place);
-        const auto labelHeight = static_cast<int>(place.bottom - place.top);
-        MapWindowPoints(nullptr, window(), reinterpret_cast<POINT*>(&place), 2);
-        SetWindowPos(control(id), nullptr, place.left, height - (stripHeight() + labelHeight) / 2, 0, 0,
-                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    placeReadout(width, height);
+}
+
+/// Values have more room in a wider window: those of bright pixels have many digits.
+void frmZoom::placeReadout(int width, int height) const {
+    const int room = (width - static_cast<int>(readout_.back().right)) / static_cast<int>(kLabels.size());
+    const int extra = std::clamp(room, 0, scaled(kMoreForAValue));
+    for (std::size_t i = 0; i < kReadout.size(); ++i) {
+        const RECT& designed = readout_[i];
+        const int pair = static_cast<int>(i) / 2;
+        const bool isValue = i % 2 == 1;
+        const int labelHeight = static_cast<int>(designed.bottom - designed.top);
+        const int labelWidth = static_cast<int>(designed.right - designed.left) + (isValue ? extra : 0);
+        SetWindowPos(control(kReadout[i]), nullptr, designed.left + pair * extra,
+                     height - (stripHeight() + labelHeight) / 2, labelWidth, labelHeight,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
     }
 }
 
@@ -111,11 +127,6 @@ bool frmZoom::onMessage(UINT message, WPARAM wide, LPARAM /*longer*/, LRESULT& /
             if (wide != VK_ESCAPE) return picture_.onKey(wide);
             onClose();
             return true;
-        case WM_DESTROY:
-            // With its owner too.
-            startPreview_ = false;
-            hdr_.endLoad();
-            return false;
         default:
             return picture_.onWheel(message, wide);
     }
@@ -173,12 +184,7 @@ void frmZoom::fitWindow() {
     showReadout(hdrMode_);
     const Extent screen{GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
     Extent content = picture_.pictureSize() == Extent{} ? kEmptyView : picture_.pictureSize();
-    if (hdrMode_) {
-        RECT last{};
-        GetWindowRect(control(IDC_LBLCOMP2), &last);
-        MapWindowPoints(nullptr, window(), reinterpret_cast<POINT*>(&last), 2);
-        content.width = std::max(content.width, static_cast<int>(last.right));
-    }
+    if (hdrMode_) content.width = std::max(content.width, static_cast<int>(readout_.back().right));
     // The system makes no window smaller than this.
     const Extent around = borders();
     content.width = std::max(content.width, GetSystemMetrics(SM_CXMINTRACK) - around.width);

@@ -2,6 +2,7 @@
 // pixel under the mouse.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 
@@ -43,6 +44,7 @@ class frmZoom final : public Form, private PictureViewOwner, private HdrListener
 
     void showPixel();
     void showReadout(bool shown);
+    void placeReadout(int width, int height) const;
     void fitWindow();
     [[nodiscard]] int stripHeight() const;
     [[nodiscard]] Extent borders() const;
@@ -53,6 +55,7 @@ class frmZoom final : public Form, private PictureViewOwner, private HdrListener
     bool hdrMode_ = false;
     bool startPreview_ = false;
     std::optional<POINT> pointed_;
+    std::array<RECT, 6> readout_{};  // as designed
 };
 
 }  // namespace vrx

@@ -105,11 +105,6 @@ bool LoadDialog::onMessage(UINT message, WPARAM wide, LPARAM longer, LRESULT& an
         case WM_GETMINMAXINFO:
             anchors_.limit(*reinterpret_cast<MINMAXINFO*>(longer));
             return true;
-        case WM_DESTROY:
-            // The window may go with its owner, without being closed.
-            closing_ = true;
-            endPreview();
-            return false;
         default:
             return browser_.handleMessage(message, wide, longer, answer);
     }

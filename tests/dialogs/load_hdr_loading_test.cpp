@@ -238,12 +238,17 @@ TEST_F(LoadHdrWhileItLoads, ASecondLoadIsRefused) {
     EXPECT_EQ(second, static_cast<HRESULT>(0x800A0005));
 }
 
-TEST_F(LoadHdrWhileItLoads, EndsWithTheWindowThatOwnsIt) {
+TEST_F(LoadHdrWhileItLoads, EndsWithTheWindowThatOwnsItAndRemembersItsValues) {
     const HWND owner = CreateWindowExW(0, L"STATIC", L"host", WS_POPUP | WS_VISIBLE, 0, 0, 200, 200, nullptr,
                                        nullptr, nullptr, nullptr);
     SetActiveWindow(owner);
-    EXPECT_EQ(loadTall([&](HWND) { DestroyWindow(owner); }), L"");
+    EXPECT_EQ(loadTall([&](HWND dialog) {
+                  host::setCheck(dialog, false);
+                  DestroyWindow(owner);
+              }),
+              L"");
     expectEnded();
+    EXPECT_EQ(setting(L"\\ImageHDR", L"Preview"), L"0");
 }
 
 }  // namespace

@@ -118,7 +118,14 @@ TEST_F(SaveHdr, WritesTheBitmapOfConvertHdrToBmpWithTheExposureAndGammaOfTheSlid
     EXPECT_EQ(folder_.names(), std::vector<std::wstring>{L"pic.bmp"});
     EXPECT_EQ(bytes(L"pic.bmp"), bitmapFile());
     EXPECT_EQ(pixelsIn(bytes(L"pic.bmp")), picture_.bitmap(15.5F, 1.2F));
-    EXPECT_FALSE(host::exists(host::programFolder() + L"\\temp.BMP"));
+}
+
+TEST_F(SaveHdr, LeavesTheTemporaryPictureInTheHostsFolder) {
+    const std::wstring temporary = host::programFolder() + L"\\temp.BMP";
+    host::writeBytes(temporary, {1, 2, 3});
+    quietlyDuring([](const OpenSaveDialog& dialog) { dialog.saveAs(L"pic", kJpg); });
+    EXPECT_EQ(host::readBytes(temporary), bitmapFile());
+    DeleteFileW(temporary.c_str());
 }
 
 TEST_F(SaveHdr, WritesAJpegOfThePicturesSize) {
@@ -127,7 +134,6 @@ TEST_F(SaveHdr, WritesAJpegOfThePicturesSize) {
     EXPECT_EQ(read.width, 40u);
     EXPECT_EQ(read.height, 30u);
     EXPECT_EQ(folder_.names(), std::vector<std::wstring>{L"pic.jpg"});
-    EXPECT_FALSE(host::exists(host::programFolder() + L"\\temp.BMP"));
 }
 
 TEST_F(SaveHdr, WritesASmallerJpegAtALowerQuality) {
@@ -147,13 +153,14 @@ TEST_F(SaveHdr, GivesANameOutsideTheCodePageToAJpeg) {
 
 TEST_F(SaveHdr, KeepsTheTemporaryPictureInTheUsersFolderWhereTheHostsTakesNone) {
     const std::wstring inTheWay = host::programFolder() + L"\\temp.BMP";
+    DeleteFileW(inTheWay.c_str());
     ASSERT_TRUE(CreateDirectoryW(inTheWay.c_str(), nullptr));
     quietlyDuring([](const OpenSaveDialog& dialog) { dialog.saveAs(L"pic", kBmp); });
     RemoveDirectoryW(inTheWay.c_str());
     EXPECT_EQ(bytes(L"pic.bmp"), bitmapFile());
     wchar_t folder[MAX_PATH + 1] = {};
     GetTempPathW(MAX_PATH + 1, folder);
-    EXPECT_FALSE(host::exists(std::wstring(folder) + L"temp.BMP"));
+    EXPECT_EQ(host::readBytes(std::wstring(folder) + L"temp.BMP"), bitmapFile());
 }
 
 TEST_F(SaveHdr, SavesAPictureUnderTheNameOfTheTemporaryOne) {

@@ -26,6 +26,21 @@ TEST_F(SaveHdr, ShowsThePictureWithExposure16AndGamma2WhenItOpens) {
     EXPECT_EQ(gamma(), 1);
 }
 
+TEST_F(SaveHdr, FramesAPictureThatCouldNotBePaintedAtFirst) {
+    RgbePicture wide(80, 20);
+    wide.fill({50, 100, 200, 119});
+    EXPECT_EQ(hdr_.set(wide), S_OK);
+    hdr_->put_AutoExposition(VARIANT_TRUE);
+    hdr_->put_AutoExpositionType(HDRAETMinMax);
+    quietlyDuring([&](const OpenSaveDialog& dialog) {
+        dialog.press(IDC_CHKAUTOEXPOSURE);
+        EXPECT_TRUE(previewShows(dialog, wide.bitmap(16, 2)));
+        const host::Pixels shown = host::shownIn(dialog.control(IDC_VRXPREVIMG));
+        EXPECT_NE(host::partOf(shown, shown.width / 2, 2, 1, 1),
+                  host::partOf(shown, shown.width / 2, shown.height / 2, 1, 1));
+    });
+}
+
 TEST_F(SaveHdr, FollowsTheSlidersDuringTheDragAndAtItsEnd) {
     host::Listener listener(hdr_);
     quietlyDuring([&](const OpenSaveDialog& dialog) {
@@ -189,17 +204,19 @@ TEST_F(SaveHdr, OutlivesAHostThatGivesTheObjectBackMeanwhile) {
     EXPECT_EQ(folder_.names(), std::vector<std::wstring>{L"pic.hdr"});
 }
 
-TEST_F(SaveHdr, GoesWithTheWindowThatItBelongsTo) {
+TEST_F(SaveHdr, GoesWithTheWindowThatItBelongsToAndRemembersItsValues) {
     const HWND owner = CreateWindowExW(0, L"STATIC", L"owner", WS_POPUP | WS_VISIBLE, 10, 10, 90, 90, nullptr,
                                        nullptr, nullptr, nullptr);
     ASSERT_TRUE(SetActiveWindow(owner));
     quietlyDuring([&](const OpenSaveDialog& dialog) {
         EXPECT_EQ(GetWindow(dialog.window(), GW_OWNER), owner);
         EXPECT_FALSE(IsWindowEnabled(owner));
+        dialog.choose(IDC_COMBO1, 2);
         PostMessageW(owner, WM_CLOSE, 0, 0);
         EXPECT_TRUE(eventually([&] { return !IsWindow(dialog.window()); }));
     });
     EXPECT_FALSE(IsWindow(owner));
+    EXPECT_EQ(remembered(L"Type"), L"2");
 }
 
 TEST_F(SaveHdr, IsReachedByTheKeyboardInTheOrderOfReading) {

@@ -119,6 +119,27 @@ TEST_F(Viewer, MovingTheMouseOverAnOrdinaryPictureNotHdrChangesNoLabel) {
     EXPECT_EQ(see(bmp_), S_OK);
 }
 
+TEST_F(Viewer, HasRoomForTheDigitsOfBrightPixelsInAWideWindow) {
+    const std::wstring bright =
+        folder_.write(L"bright.hdr", RgbePicture(600, 40).fill({200, 200, 200, 170}).file());
+    const WindowDriver driver(kViewer, [&](HWND viewer) {
+        pointAt(viewer, startOf(viewer, 600, 40), 5, 5);
+        // 200.5 * 2^(170 - 136), in percent.
+        EXPECT_TRUE(eventually([&] { return labelsOf(viewer).find(L"344456377139200.0000") == 0; }))
+            << labelsOf(viewer);
+        for (const int id : kLabels) {
+            const HWND label = GetDlgItem(viewer, id);
+            const HDC dc = GetDC(label);
+            SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(label, WM_GETFONT, 0, 0)));
+            SIZE text{};
+            GetTextExtentPoint32W(dc, L"344456377139200.0000", 18, &text);
+            ReleaseDC(label, dc);
+            EXPECT_LE(text.cx, innerOf(label).cx);
+        }
+    });
+    EXPECT_EQ(seeHdr(bright), S_OK);
+}
+
 TEST_F(Viewer, AnEmptyFileNameLeavesTheWindowUnchanged) {
     vrx::frmZoom window;
     window.setObjHDR(vrx::ComPtr<_CVrxHDR>(hdr_.operator->()));
