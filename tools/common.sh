@@ -16,9 +16,13 @@ die() {
     exit 1
 }
 
-# bits_of ARGUMENT... - prints 64 when the first argument is the option --win64, otherwise 32.
+# bits_of [--win64] - prints 64 with the option, otherwise 32.
 bits_of() {
-    if [[ ${1:-} == --win64 ]]; then echo 64; else echo 32; fi
+    case $* in
+        --win64) echo 64 ;;
+        '') echo 32 ;;
+        *) die "not an option: $*" ;;
+    esac
 }
 
 # project_version - prints the version of the product.

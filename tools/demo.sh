@@ -9,6 +9,8 @@
 picture=${1:-}
 outdir=$(realpath -m -- "${2:-$build/demo}")
 [[ -z $picture || -f $picture ]] || die "no such picture: $picture"
+(LC_ALL=C && [[ $picture$outdir != *[^\ -~]* ]]) ||
+    die "please give names in ASCII: JPEG files can have names of the 8-bit code page only"
 
 "$tools/build.sh"
 start_project_session
@@ -23,7 +25,7 @@ fi
 say "Writing exposures of $picture"
 started=$build/demo-started
 touch "$started"
-in_wine 600 cscript //nologo "$(windows_path "$repo/samples/vbscript/exposures.vbs")" \
+in_wine 300 cscript //nologo "$(windows_path "$repo/samples/vbscript/exposures.vbs")" \
     "$(windows_path "$picture")" "$(windows_path "$outdir")"
 
 # The script host ends with status 0 even after an error, so the picture that the script writes last is the proof.

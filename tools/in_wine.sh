@@ -4,8 +4,11 @@
 . "$(dirname "$0")/common.sh"
 . "$tools/wine_session.sh"
 
-bits=$(bits_of "$@")
-[[ $bits == 32 ]] || shift
+bits=32
+if [[ ${1:-} == --win64 ]]; then
+    bits=64
+    shift
+fi
 start_session "$(realpath -m -- "$1")" "$bits"
 shift
 in_wine 600 "$@"

@@ -37,7 +37,7 @@ mkdir "$content/include"
 cp "$build/$architecture/src/com/generated"/{VrxCommon.h,BmpInfo.h,VrxCommon_i.c} "$content/include"
 cp -r "$repo"/{README.md,CHANGELOG.md,docs,samples} "$content"
 rm "$content/docs/extending.md" "$content/samples/cpp/CMakeLists.txt"
-drop_source_tree "$content/README.md" "$content/docs/README.md"
+drop_source_tree "$content"/{README,docs/README,docs/installing}.md
 mkdir "$content/samples/bin"
 cp "$products"/{black_and_white,contact_sheet,make_sky,preview_with_cancel,registration_free,tour}.exe \
     "$products/registration_free.exe.manifest" \

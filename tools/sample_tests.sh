@@ -82,6 +82,12 @@ exposures_vbs() {
         are_jpegs sky_14.jpg sky_16.jpg sky_18.jpg sky_auto.jpg
 }
 
+exposures_vbs_of_no_picture() {
+    in_folder exposures_vbs_of_no_picture
+    echo "no picture" >broken.hdr
+    script vbscript/exposures.vbs broken.hdr . && prints 'error 1 from CVrxHDR::Import: File Type Wrong!'
+}
+
 folder_to_jpg_vbs() {
     in_folder folder_to_jpg_vbs
     cp sky.hdr evening.HDR
@@ -176,6 +182,7 @@ in_wine 60 "$installed/samples/bin/make_sky.exe" "$(windows_path "$throwaway_fol
 check "first_steps.vbs" first_steps_vbs
 check "tour.vbs" tour_vbs
 check "exposures.vbs" exposures_vbs
+check "exposures.vbs of no picture" exposures_vbs_of_no_picture
 check "folder_to_jpg.vbs" folder_to_jpg_vbs
 check "blur.vbs and bmp_to_jpg.vbs" bmp_samples_vbs
 check "pattern_ramp.vbs and pattern_palette.js" patterns

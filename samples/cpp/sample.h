@@ -110,9 +110,13 @@ int runSample(const char* name, Body body) {
     try {
         body();
     } catch (const Failure& failure) {
-        std::fprintf(stderr, "%s: error %d from %ls: %ls (0x%08lX)\n", name, failure.number(),
-                     failure.source.c_str(), failure.description.c_str(),
-                     static_cast<unsigned long>(failure.result));
+        const auto result = static_cast<unsigned long>(failure.result);
+        if (failure.description.empty())
+            std::fprintf(stderr, "%s: 0x%08lX. Is the component installed for programs of this kind?\n", name,
+                         result);
+        else
+            std::fprintf(stderr, "%s: error %d from %ls: %ls (0x%08lX)\n", name, failure.number(),
+                         failure.source.c_str(), failure.description.c_str(), result);
         status = 1;
     }
     CoUninitialize();

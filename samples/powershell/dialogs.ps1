@@ -1,4 +1,4 @@
-# powershell -STA -File dialogs.ps1
+# powershell -ExecutionPolicy Bypass -STA -File dialogs.ps1
 # Lets the user choose an HDR picture and save it as HDR, JPEG or BMP file.
 $ErrorActionPreference = 'Stop'
 # [dialog]

@@ -1,4 +1,4 @@
-# powershell -File tour.ps1 PICTURE.hdr FOLDER
+# powershell -ExecutionPolicy Bypass -File tour.ps1 PICTURE.hdr FOLDER
 # The component in PowerShell: loads an HDR picture, reads values, writes BMP, JPEG and HDR files, works on an array,
 # expands a pattern and handles an error.
 param(

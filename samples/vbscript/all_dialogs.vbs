@@ -56,7 +56,7 @@ WScript.Echo "pattern: " & text
 ' [/pattern]
 
 Set fun = CreateObject("VrxCommon.CVrxFun")
-fun.VrxMsgBox "That were all dialogs.", vbInformation, "Dialogs"
+fun.VrxMsgBox "Those were all the dialogs.", vbInformation, "Dialogs"
 
 ' The save dialog copies a BMP file as it is, so a picture of another kind is written as one first.
 Function AsBmp(name)

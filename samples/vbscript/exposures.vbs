@@ -15,25 +15,34 @@ folder = WScript.Arguments(1)
 Set files = CreateObject("Scripting.FileSystemObject")
 base = files.BuildPath(folder, files.GetBaseName(source))
 
-Set hdr = CreateObject("VrxCommon.CVrxHDR")
-Set image = CreateObject("VrxCommon.CVrxImage")
-hdr.Load_HDR source, False
-WScript.Echo files.GetFileName(source) & ": " & hdr.DimX & " x " & hdr.DimY & " pixels"
+On Error Resume Next
+WriteExposures
+If Err.Number <> 0 Then
+    WScript.Echo "error " & Err.Number & " from " & Err.Source & ": " & Err.Description
+    WScript.Quit 1
+End If
 
-PrintPixel hdr.DimX \ 2, 0
-PrintPixel hdr.DimX \ 2, hdr.DimY \ 2
-PrintPixel hdr.DimX \ 4, hdr.DimY - 1
+Sub WriteExposures
+    Set hdr = CreateObject("VrxCommon.CVrxHDR")
+    Set image = CreateObject("VrxCommon.CVrxImage")
+    hdr.Load_HDR source, False
+    WScript.Echo files.GetFileName(source) & ": " & hdr.DimX & " x " & hdr.DimY & " pixels"
 
-' A linear value of 1 becomes 1 of 255: the exposure, in stops, brings the picture up.
-WriteExposure 14
-WriteExposure 16
-WriteExposure 18
+    PrintPixel hdr.DimX \ 2, 0
+    PrintPixel hdr.DimX \ 2, hdr.DimY \ 2
+    PrintPixel hdr.DimX \ 4, hdr.DimY - 1
 
-hdr.AutoExposition = True
-hdr.Exposure = 16
-hdr.Gamma = Gamma
-hdr.Convert_HDR_to_BMP base & "_auto.bmp"
-WriteJpeg base & "_auto"
+    ' A linear value of 1 becomes 1 of 255: the exposure, in stops, brings the picture up.
+    WriteExposure 14
+    WriteExposure 16
+    WriteExposure 18
+
+    hdr.AutoExposition = True
+    hdr.Exposure = 16
+    hdr.Gamma = Gamma
+    hdr.Convert_HDR_to_BMP base & "_auto.bmp"
+    WriteJpeg base & "_auto"
+End Sub
 
 Sub PrintPixel(x, y)
     WScript.Echo "linear at " & x & "," & y & ": red " & hdr.Get_Compo(x, y, 0) & _
