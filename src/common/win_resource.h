@@ -51,6 +51,7 @@ inline void bitmap(HBITMAP handle) { DeleteObject(handle); }
 inline void icon(HICON handle) { DestroyIcon(handle); }
 inline void font(HFONT handle) { DeleteObject(handle); }
 inline void pen(HPEN handle) { DeleteObject(handle); }
+inline void brush(HBRUSH handle) { DeleteObject(handle); }
 inline void text(BSTR handle) { SysFreeString(handle); }
 inline void array(SAFEARRAY* handle) { SafeArrayDestroy(handle); }
 inline void taskMemory(void* handle) { CoTaskMemFree(handle); }
@@ -66,6 +67,7 @@ using Bitmap = Resource<HBITMAP, closing::bitmap>;
 using Icon = Resource<HICON, closing::icon>;
 using Font = Resource<HFONT, closing::font>;
 using Pen = Resource<HPEN, closing::pen>;
+using Brush = Resource<HBRUSH, closing::brush>;
 using Bstr = Resource<BSTR, closing::text>;
 using SafeArray = Resource<SAFEARRAY*, closing::array>;
 using TaskMemory = Resource<void*, closing::taskMemory>;

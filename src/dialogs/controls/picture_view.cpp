@@ -3,29 +3,14 @@
 #include <cstdlib>
 #include <utility>
 
+#include "common/device_context.h"
+#include "common/win_resource.h"
 #include "dialogs/controls/picture_drawing.h"
 
 namespace vrx {
 namespace {
 
 constinit ControlClass viewClass{L"VrxCommon.PictureView", 0};
-
-/// Between the messages that begin and end a window's painting.
-class Painting {
-  public:
-    explicit Painting(HWND window) : window_(window), dc_(BeginPaint(window, &paint_)) {}
-    Painting(const Painting&) = delete;
-    Painting& operator=(const Painting&) = delete;
-    ~Painting() { EndPaint(window_, &paint_); }
-
-    [[nodiscard]] HDC dc() const { return dc_; }
-    [[nodiscard]] const RECT& area() const { return paint_.rcPaint; }
-
-  private:
-    HWND window_;
-    PAINTSTRUCT paint_{};
-    HDC dc_;
-};
 
 }  // namespace
 
