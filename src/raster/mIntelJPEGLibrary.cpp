@@ -8,6 +8,7 @@
 
 #include "com/module.h"
 #include "com/variant_convert.h"
+#include "common/engine/decimal_text.h"
 #include "common/engine/error.h"
 #include "common/message_box.h"
 #include "common/win_resource.h"
@@ -102,11 +103,6 @@ void fill(JpegCoreProperties& record, const cDIBSection& dib, std::int32_t paddi
     record.jquality = quality;
 }
 
-std::u16string decimal(std::int32_t number) {
-    const std::string text = std::to_string(number);
-    return {text.begin(), text.end()};
-}
-
 }  // namespace
 
 bool SaveJPG(const cDIBSection& dib, const std::u16string& fileName, std::int32_t quality) {
@@ -116,7 +112,7 @@ bool SaveJPG(const cDIBSection& dib, const std::u16string& fileName, std::int32_
     JpegCoreProperties record{};
     const std::int32_t ready = codec.init(&record);
     if (ready != kOk) {
-        showMessage(u"Failed to initialise the IJL library: " + decimal(ready), MB_ICONEXCLAMATION);
+        showMessage(u"Failed to initialise the IJL library: " + decimalText(ready), MB_ICONEXCLAMATION);
         return false;
     }
     fill(record, dib, padding, name, quality);

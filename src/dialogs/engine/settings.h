@@ -47,9 +47,6 @@ inline constexpr NumberSetting kPatternWidth{u"\\Pattern", u"Width", 3735, 3735,
 
 }  // namespace settings
 
-/// Plain decimal text: "85", "0", "-1".
-[[nodiscard]] std::u16string settingText(std::int32_t value);
-
 /// The number that a stored text means: the default for one that is no number, the nearest valid value for
 /// one out of bounds. Fractions round to nearest, halves to even.
 [[nodiscard]] std::int32_t settingNumber(std::u16string_view text, const NumberSetting& setting);
