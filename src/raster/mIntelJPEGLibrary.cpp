@@ -22,11 +22,6 @@ constexpr wchar_t kLibraryName[] = L"ijl10.dll";
 constexpr std::int32_t kOk = 0;
 constexpr std::int32_t kNoEntryPoint = 453;
 
-std::wstring ownFolder() {
-    const std::wstring path = modulePath();
-    return path.substr(0, path.find_last_of(L'\\'));
-}
-
 std::wstring systemFolder() {
     std::wstring folder(MAX_PATH, L'\0');
     folder.resize(GetSystemDirectoryW(folder.data(), MAX_PATH));
@@ -35,7 +30,7 @@ std::wstring systemFolder() {
 
 /// Only full paths are tried, so that no other folder can slip a library in.
 Module loadLibrary() {
-    for (const std::wstring& folder : {ownFolder(), systemFolder()}) {
+    for (const std::wstring& folder : {folderOf(modulePath()), systemFolder()}) {
         const std::wstring path = folder + L'\\' + kLibraryName;
         Module library(LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
         if (library) return library;
