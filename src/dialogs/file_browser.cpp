@@ -1,7 +1,5 @@
 #include "dialogs/file_browser.h"
 
-#include <algorithm>
-
 #include "com/variant_convert.h"
 #include "common/engine/error.h"
 #include "common/engine/upper_case.h"

@@ -1,8 +1,6 @@
 #include "dialogs/load_dialog.h"
 
 #include <algorithm>
-#include <array>
-#include <utility>
 
 #include "common/engine/decimal_text.h"
 #include "dialogs/engine/file_names.h"

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include <array>
+#include <string>
 #include <string_view>
 #include <vector>
 

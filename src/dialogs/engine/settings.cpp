@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <optional>
+#include <string>
 #include <system_error>
 
 #include "common/engine/rounding.h"
