@@ -26,6 +26,8 @@ std::wstring modulePath() {
     }
 }
 
+std::wstring folderOf(const std::wstring& path) { return path.substr(0, path.find_last_of(L'\\')); }
+
 void lockModule() { ++locks; }
 void unlockModule() { --locks; }
 bool moduleInUse() { return locks != 0; }

@@ -13,6 +13,8 @@ void storeModuleInstance(HINSTANCE instance);
 
 /// Full path of the module.
 [[nodiscard]] std::wstring modulePath();
+/// The folder of a module, without "\" at its end.
+[[nodiscard]] std::wstring folderOf(const std::wstring& path);
 
 /// Every object, class factory and LockServer(TRUE) counts one.
 void lockModule();

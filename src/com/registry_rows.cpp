@@ -6,6 +6,7 @@
 
 #include "com/class_table.h"
 #include "com/hresult_failure.h"
+#include "com/module.h"
 #include "com/type_library.h"
 #include "common/win_resource.h"
 
@@ -97,7 +98,7 @@ void addTypeLibrary(Rows& rows, int number, const std::wstring& path) {
     rows.addShared(key, description.get(), keptBy);
     rows.add(key + kPlatform, L"", file);
     rows.addShared(key + L"\\FLAGS", L"0", keptBy);
-    rows.addShared(key + L"\\HELPDIR", path.substr(0, path.find_last_of(L'\\')), keptBy);
+    rows.addShared(key + L"\\HELPDIR", folderOf(path), keptBy);
 }
 
 void addInterfaces(Rows& rows, ITypeLib& library, const std::wstring& libraryId) {

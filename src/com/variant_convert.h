@@ -6,7 +6,6 @@
 
 #include <oleauto.h>
 
-#include <array>
 #include <cstdint>
 #include <span>
 #include <string>

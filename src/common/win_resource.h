@@ -51,9 +51,9 @@ inline void bitmap(HBITMAP handle) { DeleteObject(handle); }
 inline void icon(HICON handle) { DestroyIcon(handle); }
 inline void font(HFONT handle) { DeleteObject(handle); }
 inline void pen(HPEN handle) { DeleteObject(handle); }
+inline void brush(HBRUSH handle) { DeleteObject(handle); }
 inline void text(BSTR handle) { SysFreeString(handle); }
 inline void array(SAFEARRAY* handle) { SafeArrayDestroy(handle); }
-inline void taskMemory(void* handle) { CoTaskMemFree(handle); }
 }  // namespace closing
 
 using RegistryKey = Resource<HKEY, closing::key>;
@@ -66,9 +66,9 @@ using Bitmap = Resource<HBITMAP, closing::bitmap>;
 using Icon = Resource<HICON, closing::icon>;
 using Font = Resource<HFONT, closing::font>;
 using Pen = Resource<HPEN, closing::pen>;
+using Brush = Resource<HBRUSH, closing::brush>;
 using Bstr = Resource<BSTR, closing::text>;
 using SafeArray = Resource<SAFEARRAY*, closing::array>;
-using TaskMemory = Resource<void*, closing::taskMemory>;
 
 /// An opened file or search: the calls that open them answer INVALID_HANDLE_VALUE for none.
 template <class Owner = KernelHandle>

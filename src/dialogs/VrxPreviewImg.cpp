@@ -1,5 +1,6 @@
 #include "dialogs/VrxPreviewImg.h"
 
+#include "common/engine/error.h"
 #include "common/message_loop.h"
 #include "dialogs/dpi.h"
 #include "dialogs/engine/preview_frame.h"
@@ -12,8 +13,6 @@ const ClassIdentity kIdentity = {u"VrxPreviewImg", CLSID_VrxPreviewImg, IID__Vrx
                                  &DIID___VrxPreviewImg};
 
 constexpr DISPID kClick = 1;
-// In place of a name that cannot be shown; the load dialogs look for exactly this text.
-constexpr char16_t kErrorName[] = u"Error";
 
 constexpr wchar_t kMousePointer[] = L"MousePointer";
 constexpr wchar_t kMouseIcon[] = L"MouseIcon";

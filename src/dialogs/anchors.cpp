@@ -1,15 +1,15 @@
 #include "dialogs/anchors.h"
 
+#include "dialogs/window_size.h"
+
 namespace vrx {
 
 void Anchors::attach(HWND form) {
     form_ = form;
     RECT inner{};
-    RECT outer{};
     GetClientRect(form, &inner);
-    GetWindowRect(form, &outer);
     designed_ = {inner.right, inner.bottom};
-    smallest_ = {outer.right - outer.left, outer.bottom - outer.top};
+    smallest_ = outerSize(form);
 }
 
 void Anchors::add(HWND control, unsigned edges) {

@@ -1,5 +1,7 @@
 #include "dialogs/dpi.h"
 
+#include "common/device_context.h"
+
 namespace vrx {
 namespace {
 
@@ -19,10 +21,8 @@ int dpiOf(HWND window) {
 }
 
 ScreenDpi screenDpi() {
-    const HDC dc = GetDC(nullptr);
-    const ScreenDpi dpi{GetDeviceCaps(dc, LOGPIXELSX), GetDeviceCaps(dc, LOGPIXELSY)};
-    ReleaseDC(nullptr, dc);
-    return dpi;
+    const WindowDc screen(nullptr);
+    return {GetDeviceCaps(screen.get(), LOGPIXELSX), GetDeviceCaps(screen.get(), LOGPIXELSY)};
 }
 
 }  // namespace vrx

@@ -1,7 +1,5 @@
 #include "dialogs/file_browser.h"
 
-#include <algorithm>
-
 #include "com/variant_convert.h"
 #include "common/engine/error.h"
 #include "common/engine/upper_case.h"
@@ -19,7 +17,7 @@ constexpr LRESULT kKeyForList = -1;
 
 constexpr std::size_t kRootLength = 3;  // "C:\\"
 
-std::u16string systemFolder() {
+std::u16string windowsFolder() {
     wchar_t folder[MAX_PATH] = {};
     const UINT length = GetWindowsDirectoryW(folder, MAX_PATH);
     return {folder, folder + length};
@@ -53,7 +51,7 @@ bool FileBrowser::setFolder(const std::u16string& folder) {
 void FileBrowser::setFirstFolder(const std::u16string& remembered) {
     const std::u16string host = hostFolder();
     for (const std::u16string& folder :
-         {remembered, host, host.substr(0, kRootLength), systemFolder().substr(0, kRootLength)}) {
+         {remembered, host, host.substr(0, kRootLength), windowsFolder().substr(0, kRootLength)}) {
         if (setFolder(folder)) return;
     }
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "common/engine/error.h"
 #include "dialogs/resource.h"
 
 namespace vrx {
@@ -10,9 +11,6 @@ namespace {
 constexpr std::array<std::u16string_view, 4> kTypes{u"*.JPG", u"*.BMP", u"*.GIF", u"*.*"};
 constexpr LoadDialogKind kKind{IDD_FRMLOADIMAGE, kTypes, settings::kImageLoaderPath,
                                settings::kImageLoaderPreview, settings::kImageLoaderType};
-
-// What the preview calls a file that it cannot show.
-constexpr std::u16string_view kErrorName = u"Error";
 
 }  // namespace
 

@@ -12,10 +12,6 @@
 namespace vrx {
 namespace {
 
-// Events by their dispatch ids.
-constexpr DISPID kOnRefresh = 1;
-constexpr DISPID kOnHeaderLoaded = 2;
-
 ComPtr<IPicture> pictureIn(const VARIANT& value) {
     const Variant object = convert(value, VT_DISPATCH);
     return ComPtr<IDispatch>(V_DISPATCH(&object.get())).as<IPicture>();

@@ -1,9 +1,8 @@
 #include "dialogs/load_dialog.h"
 
 #include <algorithm>
-#include <array>
-#include <utility>
 
+#include "common/engine/decimal_text.h"
 #include "dialogs/engine/file_names.h"
 #include "dialogs/frmZoom.h"
 #include "dialogs/resource.h"
@@ -40,8 +39,8 @@ void LoadDialog::SetImageSize(std::int32_t width, std::int32_t height) {
 
 void LoadDialog::showSize(std::int32_t width, std::int32_t height) {
     picture_ = {width, height};
-    setText(IDC_LABEL6, settingText(width));
-    setText(IDC_LABEL7, settingText(height));
+    setText(IDC_LABEL6, decimalText(width));
+    setText(IDC_LABEL7, decimalText(height));
     ShowWindow(control(IDC_LBLBY), SW_SHOWNA);
 }
 

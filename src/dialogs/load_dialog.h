@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "dialogs/VrxPreviewImg.h"
 #include "dialogs/anchors.h"

@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "common/engine/decimal_text.h"
 #include "common/engine/error.h"
 #include "common/file_io.h"
 #include "common/message_box.h"
@@ -31,7 +32,7 @@ void SaveDialog::readSettings() {
     const std::u16string folder = store.read(kind_.path);
     const std::int32_t type = store.read(kind_.type);
     quality_ = store.read(kind_.quality);
-    setText(IDC_LABEL5, settingText(quality_));
+    setText(IDC_LABEL5, decimalText(quality_));
     browser_.setFirstFolder(folder);
     browser_.setType(type);
     slider_.setPosition(sliderOfQuality(quality_));
@@ -62,7 +63,7 @@ bool SaveDialog::onEnter() {
 void SaveDialog::onScroll(HWND control, int /*code*/) {
     if (control != slider_.window() || !slider_.moved()) return;
     quality_ = qualityOfSlider(slider_.position());
-    setText(IDC_LABEL5, settingText(quality_));
+    setText(IDC_LABEL5, decimalText(quality_));
 }
 
 bool SaveDialog::onMessage(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {

@@ -10,6 +10,7 @@
 #include "VrxSettings.h"
 #include "com/com_ptr.h"
 #include "com/variant_convert.h"
+#include "common/engine/decimal_text.h"
 #include "common/host_program.h"
 
 namespace vrx {
@@ -82,7 +83,7 @@ std::u16string SettingsStore::read(const FolderSetting& setting) const {
 }
 
 std::int32_t SettingsStore::read(const NumberSetting& setting) const {
-    const auto text = readText(root_, setting, settingText(setting.defaultValue));
+    const auto text = readText(root_, setting, decimalText(setting.defaultValue));
     return text ? settingNumber(*text, setting) : setting.defaultValue;
 }
 
@@ -91,7 +92,7 @@ void SettingsStore::write(const FolderSetting& setting, const std::u16string& fo
 }
 
 void SettingsStore::write(const NumberSetting& setting, std::int32_t value) const {
-    writeText(root_, setting, settingText(value));
+    writeText(root_, setting, decimalText(value));
 }
 
 void releaseSettingsComponent() noexcept {

@@ -1,17 +1,13 @@
 #include "effects/screen_scale.h"
 
-#include <windows.h>
-
-#include "common/win_resource.h"
+#include "common/device_context.h"
 #include "effects/engine/himetric.h"
 
 namespace vrx {
 namespace {
 
-void releaseScreen(HDC dc) { ReleaseDC(nullptr, dc); }
-
 std::int16_t scale(float himetric, int resolution) {
-    const Resource<HDC, releaseScreen> screen(GetDC(nullptr));
+    const WindowDc screen(nullptr);
     if (!screen) throw platformError(Platform::OutOfMemory);
     return pixelsOfHimetric(himetric, GetDeviceCaps(screen.get(), resolution));
 }

@@ -23,11 +23,6 @@ namespace {
 constexpr char16_t kClassName[] = u"CVrxHDR";
 const ClassIdentity kIdentity = {kClassName, CLSID_CVrxHDR, IID__CVrxHDR, &DIID___CVrxHDR};
 
-// Events by their dispatch ids.
-constexpr DISPID kOnRefresh = 1;
-constexpr DISPID kOnHeaderLoaded = 2;
-constexpr DISPID kOnFinish = 3;
-
 // In place of the first coordinate of the source rectangle: no rectangle is given.
 constexpr float kNoRectangle = -1.0F;
 

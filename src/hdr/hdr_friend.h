@@ -1,4 +1,5 @@
-// What the library's own windows do to a CVrxHDR object, and hosts cannot.
+// What a CVrxHDR object and the library's own windows agree on: its events, and an interface that the type
+// library does not describe. QueryInterface gives it to whoever knows its id.
 #pragma once
 
 #include <windows.h>
@@ -8,6 +9,11 @@
 #include "com/class_identity.h"
 
 namespace vrx {
+
+/// The object's events by their dispatch ids.
+inline constexpr DISPID kOnRefresh = 1;
+inline constexpr DISPID kOnHeaderLoaded = 2;
+inline constexpr DISPID kOnFinish = 3;
 
 struct DECLSPEC_UUID("6F3C1E0B-2B7D-4C5A-9E61-3D0C5B7A1F42") IHdrFriend : IUnknown {
     /// The file to show next: a running load begins again with it.

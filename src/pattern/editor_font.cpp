@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "common/device_context.h"
+
 namespace vrx {
 namespace {
 
@@ -12,25 +14,17 @@ constexpr LONG kLowest = 9;
 /// A window's device context with a font selected.
 class TextDc {
   public:
-    TextDc(HWND window, HFONT font)
-        : window_(window), dc_(GetDC(window)), previous_(SelectObject(dc_, font)) {}
-    TextDc(const TextDc&) = delete;
-    TextDc& operator=(const TextDc&) = delete;
-    ~TextDc() {
-        SelectObject(dc_, previous_);
-        ReleaseDC(window_, dc_);
-    }
+    TextDc(HWND window, HFONT font) : dc_(window), selected_(dc_.get(), font) {}
 
     [[nodiscard]] SIZE extent(std::wstring_view text) const {
         SIZE size{};
-        GetTextExtentPoint32W(dc_, text.data(), static_cast<int>(text.size()), &size);
+        GetTextExtentPoint32W(dc_.get(), text.data(), static_cast<int>(text.size()), &size);
         return size;
     }
 
   private:
-    HWND window_;
-    HDC dc_;
-    HGDIOBJ previous_;
+    WindowDc dc_;
+    Selection selected_;
 };
 
 BOOL CALLBACK setFont(HWND control, LPARAM font) {

@@ -1,5 +1,6 @@
 #include "pattern/modPattern.h"
 
+#include "common/device_context.h"
 #include "common/win_resource.h"
 
 namespace vrx {
@@ -9,11 +10,10 @@ namespace {
 void drawCorner(HDC dc, COLORREF color, POINT from, POINT corner, POINT to) {
     const Pen pen(CreatePen(PS_SOLID, 1, color));
     if (!pen) return;
-    const HGDIOBJ previous = SelectObject(dc, pen.get());
+    const Selection selected(dc, pen.get());
     MoveToEx(dc, from.x, from.y, nullptr);
     LineTo(dc, corner.x, corner.y);
     LineTo(dc, to.x, to.y);
-    SelectObject(dc, previous);
 }
 
 struct FrameColors {

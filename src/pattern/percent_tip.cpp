@@ -6,18 +6,13 @@
 #include "com/variant_convert.h"
 #include "common/win32_error.h"
 #include "dialogs/resource.h"
+#include "dialogs/window_size.h"
 
 namespace vrx {
 namespace {
 
 constexpr int kBorder = 1;
 constexpr int kPadding = 2;
-
-SIZE outerSize(HWND window) {
-    RECT outer{};
-    GetWindowRect(window, &outer);
-    return {outer.right - outer.left, outer.bottom - outer.top};
-}
 
 }  // namespace
 

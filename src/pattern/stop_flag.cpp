@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "com/variant_convert.h"
+#include "common/device_context.h"
 #include "common/win_resource.h"
 #include "pattern/engine/pattern_layout.h"
 #include "pattern/modPattern.h"
@@ -12,9 +13,6 @@ namespace {
 
 constexpr int kFrame = 2;
 constexpr COLORREF kColorBits = 0x00FFFFFF;
-
-/// Deletes a brush made for one drawing.
-using Brush = Resource<HBRUSH, [](HBRUSH handle) { DeleteObject(handle); }>;
 
 bool isFlagKey(WPARAM key) {
     switch (key) {
@@ -140,14 +138,12 @@ bool StopFlag::showsFocus() const {
 
 /// Frame and inside share no pixel, so nothing flickers.
 void StopFlag::paint() {
-    PAINTSTRUCT painting{};
-    const HDC dc = BeginPaint(window(), &painting);
+    const Painting painting(window());
     RECT inner{kFrame, kFrame, kFlagWidth - kFrame, kFlagHeight - kFrame};
     const Brush brush(CreateSolidBrush(static_cast<COLORREF>(color_) & kColorBits));
-    FillRect(dc, &inner, brush.get());
-    Draw_FlagFrame(dc, 0, 0, kFlagWidth, kFlagHeight, selected_);
-    if (showsFocus()) DrawFocusRect(dc, &inner);
-    EndPaint(window(), &painting);
+    FillRect(painting.dc(), &inner, brush.get());
+    Draw_FlagFrame(painting.dc(), 0, 0, kFlagWidth, kFlagHeight, selected_);
+    if (showsFocus()) DrawFocusRect(painting.dc(), &inner);
 }
 
 }  // namespace vrx

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "com/com_ptr.h"
+#include "common/device_context.h"
 #include "common/engine/error.h"
 #include "common/handle_number.h"
 #include "common/message_box.h"
@@ -15,28 +16,9 @@
 namespace vrx {
 namespace {
 
-/// The desktop's context, like one of our own; the system's own way for it follows where that one is closed.
-void closeDesktopDc(HDC handle) {
-    if (!DeleteDC(handle)) ReleaseDC(GetDesktopWindow(), handle);
-}
-using DesktopDc = Resource<HDC, closeDesktopDc>;
+using DesktopDc = WindowDc;
 
-DesktopDc desktopDc() { return DesktopDc(GetDC(GetDesktopWindow())); }
-
-/// Keeps a bitmap selected into a context.
-class Selection {
-  public:
-    Selection(HDC dc, HBITMAP bitmap) : dc_(dc), previous_(SelectObject(dc, bitmap)) {}
-    Selection(const Selection&) = delete;
-    Selection& operator=(const Selection&) = delete;
-    ~Selection() {
-        if (previous_) SelectObject(dc_, previous_);
-    }
-
-  private:
-    HDC dc_;
-    HGDIOBJ previous_;
-};
+DesktopDc desktopDc() { return DesktopDc(GetDesktopWindow()); }
 
 std::int32_t checked(std::int64_t value) {
     if (value < INT32_MIN || value > INT32_MAX) throw platformError(Platform::Overflow);

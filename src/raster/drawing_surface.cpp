@@ -6,6 +6,7 @@
 #include <cstring>
 #include <utility>
 
+#include "common/device_context.h"
 #include "common/engine/error.h"
 #include "common/win_resource.h"
 
@@ -25,27 +26,6 @@ std::size_t sizeOf(std::int32_t width, std::int32_t height) {
     return static_cast<std::size_t>(strideOf(static_cast<std::uint32_t>(width))) *
            static_cast<std::size_t>(height);
 }
-
-/// A memory device context with a bitmap selected into it for as long as it exists.
-class BitmapDc {
-  public:
-    explicit BitmapDc(HBITMAP bitmap) : dc_(CreateCompatibleDC(nullptr)) {
-        if (!dc_) throw platformError(Platform::OutOfMemory);
-        previous_ = SelectObject(dc_.get(), bitmap);
-        if (!previous_) throw platformError(Platform::OutOfMemory);
-    }
-    BitmapDc(const BitmapDc&) = delete;
-    BitmapDc& operator=(const BitmapDc&) = delete;
-    ~BitmapDc() {
-        if (previous_) SelectObject(dc_.get(), previous_);
-    }
-
-    [[nodiscard]] HDC get() const { return dc_.get(); }
-
-  private:
-    MemoryDc dc_;
-    HGDIOBJ previous_ = nullptr;
-};
 
 }  // namespace
 
@@ -118,6 +98,7 @@ void DrawingSurface::paint(const Bitmap24& bitmap) {
 void DrawingSurface::stretch(const PixelRect& target, const PixelRect& source, const BITMAPINFO& info,
                              const void* bits) {
     const BitmapDc dc(canvas_.bitmap);
+    if (!dc) throw platformError(Platform::OutOfMemory);
     SetStretchBltMode(dc.get(), COLORONCOLOR);
     StretchDIBits(dc.get(), target.left, target.top, target.width, target.height, source.left, source.top,
                   source.width, source.height, bits, &info, DIB_RGB_COLORS, SRCCOPY);

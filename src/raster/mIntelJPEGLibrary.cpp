@@ -2,12 +2,13 @@
 
 #include <windows.h>
 
-#include <array>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "com/module.h"
 #include "com/variant_convert.h"
+#include "common/engine/decimal_text.h"
 #include "common/engine/error.h"
 #include "common/message_box.h"
 #include "common/win_resource.h"
@@ -21,11 +22,6 @@ constexpr wchar_t kLibraryName[] = L"ijl10.dll";
 constexpr std::int32_t kOk = 0;
 constexpr std::int32_t kNoEntryPoint = 453;
 
-std::wstring ownFolder() {
-    const std::wstring path = modulePath();
-    return path.substr(0, path.find_last_of(L'\\'));
-}
-
 std::wstring systemFolder() {
     std::wstring folder(MAX_PATH, L'\0');
     folder.resize(GetSystemDirectoryW(folder.data(), MAX_PATH));
@@ -34,7 +30,7 @@ std::wstring systemFolder() {
 
 /// Only full paths are tried, so that no other folder can slip a library in.
 Module loadLibrary() {
-    for (const std::wstring& folder : {ownFolder(), systemFolder()}) {
+    for (const std::wstring& folder : {folderOf(modulePath()), systemFolder()}) {
         const std::wstring path = folder + L'\\' + kLibraryName;
         Module library(LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
         if (library) return library;
@@ -102,11 +98,6 @@ void fill(JpegCoreProperties& record, const cDIBSection& dib, std::int32_t paddi
     record.jquality = quality;
 }
 
-std::u16string decimal(std::int32_t number) {
-    const std::string text = std::to_string(number);
-    return {text.begin(), text.end()};
-}
-
 }  // namespace
 
 bool SaveJPG(const cDIBSection& dib, const std::u16string& fileName, std::int32_t quality) {
@@ -116,7 +107,7 @@ bool SaveJPG(const cDIBSection& dib, const std::u16string& fileName, std::int32_
     JpegCoreProperties record{};
     const std::int32_t ready = codec.init(&record);
     if (ready != kOk) {
-        showMessage(u"Failed to initialise the IJL library: " + decimal(ready), MB_ICONEXCLAMATION);
+        showMessage(u"Failed to initialise the IJL library: " + decimalText(ready), MB_ICONEXCLAMATION);
         return false;
     }
     fill(record, dib, padding, name, quality);

@@ -7,6 +7,8 @@
 #include <limits>
 #include <string_view>
 
+#include "common/engine/decimal_text.h"
+
 namespace vrx::test {
 namespace {
 
@@ -54,17 +56,17 @@ TEST(Settings, LieAtTheirPublishedPlaces) {
     EXPECT_EQ(placeOf(kPatternWidth), (Place{u"\\Pattern", u"Width"}));
 }
 
-TEST(SettingText, IsPlainDecimal) {
-    EXPECT_EQ(settingText(85), u"85");
-    EXPECT_EQ(settingText(0), u"0");
-    EXPECT_EQ(settingText(-1), u"-1");
-    EXPECT_EQ(settingText(kLargest), u"2147483647");
-    EXPECT_EQ(settingText(kSmallest), u"-2147483648");
+TEST(DecimalText, IsPlain) {
+    EXPECT_EQ(decimalText(85), u"85");
+    EXPECT_EQ(decimalText(0), u"0");
+    EXPECT_EQ(decimalText(-1), u"-1");
+    EXPECT_EQ(decimalText(kLargest), u"2147483647");
+    EXPECT_EQ(decimalText(kSmallest), u"-2147483648");
 }
 
 TEST(SettingNumber, ReadsBackWhatWasWritten) {
     for (const std::int32_t value : {0, 1, -1, 85, 87, 3735, kLargest, kSmallest}) {
-        EXPECT_EQ(any(settingText(value)), value);
+        EXPECT_EQ(any(decimalText(value)), value);
     }
 }
 

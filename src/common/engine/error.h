@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace vrx {
 
@@ -41,5 +42,9 @@ enum class Platform : std::int32_t {
 
 /// The error with the host's own text for it and no source.
 [[nodiscard]] Error platformError(Platform number);
+
+/// What stands in place of a file's name in a preview that could not show the file. No picture is loaded from
+/// a file of this name.
+inline constexpr std::u16string_view kErrorName = u"Error";
 
 }  // namespace vrx

@@ -1,7 +1,5 @@
 #include "common/engine/error_record.h"
 
-#include <utility>
-
 namespace vrx {
 
 void ErrorRecord::Clear_Error() {

@@ -8,44 +8,48 @@
 namespace vrx {
 namespace {
 
-constexpr wchar_t kClassName[] = L"VrxCommon.Control";
+constinit ControlClass plainClass{L"VrxCommon.Control", CS_DBLCLKS};
 
+/// For the users of every class.
 std::mutex classGuard;
-int classUsers = 0;
 
 }  // namespace
 
-CustomControl::WindowClass::WindowClass() {
+CustomControl::WindowClass::WindowClass(ControlClass& controlClass) : class_(controlClass) {
     const std::lock_guard lock(classGuard);
-    if (classUsers == 0) {
+    if (class_.users == 0) {
         WNDCLASSEXW description{};
         description.cbSize = sizeof description;
-        description.style = CS_DBLCLKS;
+        description.style = class_.style;
         description.lpfnWndProc = procedure;
         description.hInstance = moduleInstance();
         description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-        description.lpszClassName = kClassName;
+        description.lpszClassName = class_.name;
         // A window that ended with its thread has left the class behind.
         if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
             throw win32Error(GetLastError());
     }
-    ++classUsers;
+    ++class_.users;
 }
 
 CustomControl::WindowClass::~WindowClass() {
     const std::lock_guard lock(classGuard);
-    if (--classUsers == 0) UnregisterClassW(kClassName, moduleInstance());
+    if (--class_.users == 0) UnregisterClassW(class_.name, moduleInstance());
 }
 
-CustomControl::~CustomControl() {
+CustomControl::CustomControl() : CustomControl(plainClass) {}
+
+CustomControl::~CustomControl() { destroy(); }
+
+void CustomControl::destroy() {
     if (!window_) return;
     SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
     DestroyWindow(window_);
 }
 
 void CustomControl::create(HWND parent, int id, DWORD style, const RECT& place) {
-    window_ = CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_CLIPSIBLINGS | style, place.left, place.top,
-                              place.right - place.left, place.bottom - place.top, parent,
+    window_ = CreateWindowExW(0, class_.name(), L"", WS_CHILD | WS_CLIPSIBLINGS | style, place.left,
+                              place.top, place.right - place.left, place.bottom - place.top, parent,
                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), moduleInstance(), this);
     if (!window_) throw win32Error(GetLastError());
 }

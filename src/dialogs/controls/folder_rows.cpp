@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "com/variant_convert.h"
+#include "common/device_context.h"
 #include "dialogs/dpi.h"
 
 namespace vrx {
@@ -18,28 +19,12 @@ Icon folderIcon(UINT kind) {
     return Icon(info.hIcon);
 }
 
-/// A window's device context as long as it exists.
-class WindowDc {
-  public:
-    explicit WindowDc(HWND window) : window_(window), dc_(GetDC(window)) {}
-    WindowDc(const WindowDc&) = delete;
-    WindowDc& operator=(const WindowDc&) = delete;
-    ~WindowDc() { ReleaseDC(window_, dc_); }
-
-    [[nodiscard]] HDC get() const { return dc_; }
-
-  private:
-    HWND window_;
-    HDC dc_;
-};
-
 int textHeight(HWND window) {
     const WindowDc dc(window);
     const auto font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
-    const HGDIOBJ previous = font ? SelectObject(dc.get(), font) : nullptr;
+    const Selection selected(dc.get(), font);
     TEXTMETRICW metrics{};
     GetTextMetricsW(dc.get(), &metrics);
-    if (previous) SelectObject(dc.get(), previous);
     return metrics.tmHeight;
 }
 

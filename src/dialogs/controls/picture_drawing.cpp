@@ -2,6 +2,7 @@
 
 #include <olectl.h>
 
+#include "common/device_context.h"
 #include "common/handle_number.h"
 #include "raster/drawing_surface.h"
 

@@ -1,80 +1,32 @@
 #include "dialogs/controls/picture_view.h"
 
 #include <cstdlib>
-#include <mutex>
 #include <utility>
 
-#include "com/fp_scope.h"
-#include "common/win32_error.h"
+#include "common/device_context.h"
+#include "common/win_resource.h"
 #include "dialogs/controls/picture_drawing.h"
 
 namespace vrx {
 namespace {
 
-constexpr wchar_t kClassName[] = L"VrxCommon.PictureView";
-
-/// The window class is there while any view is, so that none is left when the library goes.
-std::mutex classGuard;
-int classUsers = 0;
-
-/// Between the messages that begin and end a window's painting.
-class Painting {
-  public:
-    explicit Painting(HWND window) : window_(window), dc_(BeginPaint(window, &paint_)) {}
-    Painting(const Painting&) = delete;
-    Painting& operator=(const Painting&) = delete;
-    ~Painting() { EndPaint(window_, &paint_); }
-
-    [[nodiscard]] HDC dc() const { return dc_; }
-    [[nodiscard]] const RECT& area() const { return paint_.rcPaint; }
-
-  private:
-    HWND window_;
-    PAINTSTRUCT paint_{};
-    HDC dc_;
-};
+constinit ControlClass viewClass{L"VrxCommon.PictureView", 0};
 
 }  // namespace
 
-PictureView::WindowClass::WindowClass() {
-    const std::lock_guard lock(classGuard);
-    if (classUsers == 0) {
-        WNDCLASSEXW description{};
-        description.cbSize = sizeof description;
-        description.lpfnWndProc = procedure;
-        description.hInstance = moduleInstance();
-        description.lpszClassName = kClassName;
-        // A window that ended with its thread has left the class behind.
-        if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
-            throw win32Error(GetLastError());
-    }
-    ++classUsers;
-}
+PictureView::PictureView(PictureViewOwner& owner) : CustomControl(viewClass), owner_(owner) {}
 
-PictureView::WindowClass::~WindowClass() {
-    const std::lock_guard lock(classGuard);
-    if (--classUsers == 0) UnregisterClassW(kClassName, moduleInstance());
-}
-
-PictureView::PictureView(PictureViewOwner& owner) : owner_(owner) {}
-
-PictureView::~PictureView() {
-    if (!window_) return;
-    SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
-    DestroyWindow(window_);
-}
+/// A picture of a host's may run the host's code as it goes: the window is gone by then.
+PictureView::~PictureView() { destroy(); }
 
 void PictureView::create(HWND parent, int id, const RECT& place, DWORD style) {
-    window_ = CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | style, place.left,
-                              place.top, place.right - place.left, place.bottom - place.top, parent,
-                              reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), moduleInstance(), this);
-    if (!window_) throw win32Error(GetLastError());
+    CustomControl::create(parent, id, WS_VISIBLE | style, place);
     owner_.viewResized();
 }
 
 SIZE PictureView::size() const {
     RECT inner{};
-    if (window_) GetClientRect(window_, &inner);
+    if (window()) GetClientRect(window(), &inner);
     return {inner.right, inner.bottom};
 }
 
@@ -89,29 +41,9 @@ void PictureView::setFrame(const RECT& frame) {
 }
 
 void PictureView::invalidate() const {
-    if (window_) InvalidateRect(window_, nullptr, FALSE);
+    if (window()) InvalidateRect(window(), nullptr, FALSE);
 }
 
-LRESULT CALLBACK PictureView::procedure(HWND window, UINT message, WPARAM wide, LPARAM longer) {
-    const FpScope floatingPoint;
-    if (message == WM_NCCREATE) {
-        const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(longer);
-        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
-    }
-    auto* view = reinterpret_cast<PictureView*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (view && message == WM_NCDESTROY) view->window_ = nullptr;
-    if (view && view->window_ == window) {
-        try {
-            if (const auto answer = view->handle(message, wide, longer)) return *answer;
-        } catch (...) {
-            // What fails here has no caller to fail to: the view stays as it is.
-            return 0;
-        }
-    }
-    return DefWindowProcW(window, message, wide, longer);
-}
-
-/// Nothing where the system is to answer.
 std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM longer) {
     const POINT pointer{static_cast<short>(LOWORD(longer)), static_cast<short>(HIWORD(longer))};
     switch (message) {
@@ -142,7 +74,7 @@ std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM lon
         case WM_MOUSEWHEEL:
         case kHorizontalWheel:
         case WM_KEYDOWN:
-            if (has(kKeysForParent)) return SendMessageW(GetParent(window_), message, wide, longer);
+            if (has(kKeysForParent)) return SendMessageW(GetParent(window()), message, wide, longer);
             if (message != WM_KEYDOWN || wide != VK_SPACE || !takesKeys()) return std::nullopt;
             owner_.viewClicked();
             return 0;
@@ -167,7 +99,7 @@ std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM lon
 void PictureView::press(POINT pointer) {
     if (!PtInRect(&frame_, pointer)) return;
     press_ = Press{pointer, false};
-    SetCapture(window_);
+    SetCapture(window());
 }
 
 /// True while the mouse drags the picture. A hand that is not quite still does not drag yet.
@@ -188,13 +120,13 @@ bool PictureView::drag(POINT pointer) {
 void PictureView::release(POINT pointer) {
     const std::optional<Press> press = std::exchange(press_, {});
     const bool clicked = press && !press->drags && PtInRect(&frame_, pointer);
-    if (GetCapture() == window_) ReleaseCapture();
+    if (GetCapture() == window()) ReleaseCapture();
     if (clicked) owner_.viewClicked();
 }
 
 bool PictureView::showPointer() const {
     POINT pointer{};
-    if (!GetCursorPos(&pointer) || !ScreenToClient(window_, &pointer)) return false;
+    if (!GetCursorPos(&pointer) || !ScreenToClient(window(), &pointer)) return false;
     const bool over = PtInRect(&frame_, pointer);
     HCURSOR cursor = over && pointer_ == MousePointer::Custom ? iconCursor(icon_.get()) : nullptr;
     if (!cursor) cursor = LoadCursorW(nullptr, over ? cursorOf(pointer_) : IDC_ARROW);
@@ -203,7 +135,7 @@ bool PictureView::showPointer() const {
 }
 
 bool PictureView::has(DWORD style) const {
-    return (static_cast<DWORD>(GetWindowLongW(window_, GWL_STYLE)) & style) != 0;
+    return (static_cast<DWORD>(GetWindowLongW(window(), GWL_STYLE)) & style) != 0;
 }
 
 /// Some dialogs give the focus to their only control, be it a tab stop or not.
@@ -211,7 +143,7 @@ bool PictureView::takesKeys() const { return has(WS_TABSTOP) && !has(kKeysForPar
 
 /// Everything is drawn off screen first, so that neither the background nor half a picture is ever seen.
 void PictureView::paint() {
-    const Painting painting(window_);
+    const Painting painting(window());
     const RECT& area = painting.area();
     const int width = area.right - area.left;
     const int height = area.bottom - area.top;
@@ -230,9 +162,9 @@ void PictureView::paint() {
 void PictureView::draw(HDC dc, const RECT& area) const {
     FillRect(dc, &area, GetSysColorBrush(COLOR_APPWORKSPACE));
     if (picture_) drawPicture(dc, *picture_.get(), frame_);
-    if (!takesKeys() || GetFocus() != window_) return;
+    if (!takesKeys() || GetFocus() != window()) return;
     RECT inner{};
-    GetClientRect(window_, &inner);
+    GetClientRect(window(), &inner);
     DrawFocusRect(dc, &inner);
 }
 

@@ -9,7 +9,7 @@
 #include <optional>
 
 #include "com/com_ptr.h"
-#include "com/module.h"
+#include "dialogs/controls/custom_control.h"
 #include "dialogs/controls/mouse_pointer.h"
 
 namespace vrx {
@@ -32,12 +32,10 @@ class PictureViewOwner {
     ~PictureViewOwner() = default;
 };
 
-class PictureView {
+class PictureView final : public CustomControl {
   public:
     explicit PictureView(PictureViewOwner& owner);
-    PictureView(const PictureView&) = delete;
-    PictureView& operator=(const PictureView&) = delete;
-    ~PictureView();
+    ~PictureView() override;
 
     /// A style: what the view gets of keys and turns of the wheel is its parent's.
     static constexpr DWORD kKeysForParent = 1;
@@ -45,7 +43,6 @@ class PictureView {
     /// Makes the window, with these styles besides its own; without one the view keeps its picture and frame
     /// all the same.
     void create(HWND parent, int id, const RECT& place, DWORD style = 0);
-    [[nodiscard]] HWND window() const { return window_; }
     /// The inner area.
     [[nodiscard]] SIZE size() const;
 
@@ -62,22 +59,13 @@ class PictureView {
     [[nodiscard]] const ComPtr<IPicture>& icon() const { return icon_; }
 
   private:
-    class WindowClass {
-      public:
-        WindowClass();
-        WindowClass(const WindowClass&) = delete;
-        WindowClass& operator=(const WindowClass&) = delete;
-        ~WindowClass();
-    };
-
     /// A left button that is down, and where the mouse was last.
     struct Press {
         POINT pointer;
         bool drags;
     };
 
-    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wide, LPARAM longer);
-    [[nodiscard]] std::optional<LRESULT> handle(UINT message, WPARAM wide, LPARAM longer);
+    std::optional<LRESULT> handle(UINT message, WPARAM wide, LPARAM longer) override;
     void press(POINT pointer);
     bool drag(POINT pointer);
     void release(POINT pointer);
@@ -89,9 +77,6 @@ class PictureView {
     void invalidate() const;
 
     PictureViewOwner& owner_;
-    ModuleLock lock_;
-    WindowClass windowClass_;
-    HWND window_ = nullptr;
     ComPtr<IPicture> picture_;
     ComPtr<IPicture> icon_;
     RECT frame_{};

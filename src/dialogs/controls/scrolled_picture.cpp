@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "dialogs/window_size.h"
+
 namespace vrx {
 namespace {
 
@@ -125,9 +127,8 @@ void ScrolledPicture::scrollTo(POINT position) {
 void ScrolledPicture::layOut() {
     if (!window() || layingOut_) return;
     layingOut_ = true;
-    RECT whole{};
-    GetWindowRect(window(), &whole);
-    const Extent area{static_cast<int>(whole.right - whole.left), static_cast<int>(whole.bottom - whole.top)};
+    const SIZE whole = outerSize(window());
+    const Extent area{static_cast<int>(whole.cx), static_cast<int>(whole.cy)};
     const ScrolledView scrolling = scrolledView(area, picture_, scrollBars());
     const auto [width, height] = scrolling.view;
     scrolled_ = {heldPosition(width, picture_.width, scrolled_.x),

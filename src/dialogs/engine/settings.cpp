@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <optional>
+#include <string>
 #include <system_error>
 
 #include "common/engine/rounding.h"
@@ -32,11 +33,6 @@ std::optional<double> decimalNumber(std::u16string_view text) {
 }
 
 }  // namespace
-
-std::u16string settingText(std::int32_t value) {
-    const std::string digits = std::to_string(value);
-    return {digits.begin(), digits.end()};
-}
 
 std::int32_t settingNumber(std::u16string_view text, const NumberSetting& setting) {
     const std::optional<double> number = decimalNumber(text);

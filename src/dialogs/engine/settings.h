@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 namespace vrx {
@@ -46,9 +45,6 @@ inline constexpr FolderSetting kPatternPath{u"\\Pattern", u"Path"};
 inline constexpr NumberSetting kPatternWidth{u"\\Pattern", u"Width", 3735, 3735, 15000};
 
 }  // namespace settings
-
-/// Plain decimal text: "85", "0", "-1".
-[[nodiscard]] std::u16string settingText(std::int32_t value);
 
 /// The number that a stored text means: the default for one that is no number, the nearest valid value for
 /// one out of bounds. Fractions round to nearest, halves to even.

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "common/engine/error.h"
 #include "hdr/engine/rgbe_header.h"
 #include "hdr/engine/rgbe_reader.h"
 
@@ -12,8 +13,6 @@ namespace {
 constexpr std::size_t kFirstPosition = 1;
 constexpr std::int32_t kRowsPerRefresh = 80;
 constexpr std::uint32_t kRunsPerCheck = 50;
-// The preview control shows this text in place of a name that could not be loaded.
-constexpr char16_t kErrorName[] = u"Error";
 
 bool isBlank(const std::u16string& text) { return text.find_first_not_of(u' ') == std::u16string::npos; }
 

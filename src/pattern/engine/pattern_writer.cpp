@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "common/engine/decimal_text.h"
 #include "common/engine/error.h"
 #include "common/engine/rounding.h"
 
@@ -13,11 +14,6 @@ namespace {
 // The scale of written positions, and in the ramp's own units the gap that ends the writing.
 constexpr double kScale = 1000.0;
 constexpr std::int64_t kGap = 1000;
-
-void appendNumber(std::u16string& text, std::int32_t number) {
-    const std::string digits = std::to_string(number);
-    text.append(digits.begin(), digits.end());
-}
 
 /// Where they are equal, the first in the list comes first.
 std::vector<CVrxPatternColor> byPosition(std::span<const CVrxPatternColor> stops) {
@@ -36,9 +32,9 @@ std::u16string writePattern(std::span<const CVrxPatternColor> stops, std::int32_
     for (const CVrxPatternColor& stop : byPosition(stops)) {
         if (current >= rampWidth || stop.position() - current >= kGap) break;
         if (stop.position() <= current) continue;
-        appendNumber(text, toInt32(static_cast<double>(factor) * stop.position()));
+        text += decimalText(toInt32(static_cast<double>(factor) * stop.position()));
         text += u'-';
-        appendNumber(text, stop.color());
+        text += decimalText(stop.color());
         text += u';';
         current = stop.position();
     }
