@@ -4,12 +4,15 @@
 #include <utility>
 
 #include "com/variant_convert.h"
+#include "common/device_context.h"
+#include "common/engine/decimal_text.h"
 #include "common/engine/error.h"
 #include "common/engine/rounding.h"
 #include "common/modWinProc.h"
 #include "common/owner_window.h"
 #include "dialogs/resource.h"
 #include "dialogs/settings_store.h"
+#include "dialogs/window_size.h"
 
 namespace vrx {
 namespace {
@@ -20,12 +23,6 @@ constexpr int kDesignedWidth = settings::kPatternWidth.defaultValue / kTwips;
 constexpr int kWindowHeight = 144;
 constexpr std::int32_t kLongStep = 10;
 
-SIZE outerSize(HWND window) {
-    RECT outer{};
-    GetWindowRect(window, &outer);
-    return {outer.right - outer.left, outer.bottom - outer.top};
-}
-
 SIZE innerSize(HWND window) {
     RECT inner{};
     GetClientRect(window, &inner);
@@ -33,11 +30,6 @@ SIZE innerSize(HWND window) {
 }
 
 bool isDown(int key) { return GetKeyState(key) < 0; }
-
-std::u16string numberText(int number) {
-    const std::string digits = std::to_string(number);
-    return {digits.begin(), digits.end()};
-}
 
 /// Runs what may fail for reasons that the user need not be told: everything then stays as it was.
 template <class Action>
@@ -218,9 +210,9 @@ void frmPattern::showSelection() {
         flags_[i]->setSelected(i == editor_.selected());
     }
     const std::int32_t color = editor_.stop(editor_.selected()).color();
-    setText(IDC_LBLRED, numberText(Get_Red(color)));
-    setText(IDC_LBLGREEN, numberText(Get_Green(color)));
-    setText(IDC_LBLBLUE, numberText(Get_Blue(color)));
+    setText(IDC_LBLRED, decimalText(Get_Red(color)));
+    setText(IDC_LBLGREEN, decimalText(Get_Green(color)));
+    setText(IDC_LBLBLUE, decimalText(Get_Blue(color)));
     paintNow();
 }
 
@@ -244,14 +236,12 @@ void frmPattern::showTip(std::size_t index) {
 
 /// The line between each flag and its column.
 void frmPattern::paintMarkers() const {
-    PAINTSTRUCT painting{};
-    const HDC dc = BeginPaint(window(), &painting);
+    const Painting painting(window());
     for (std::size_t i = 0; i < editor_.count(); ++i) {
         const LONG column = layout_.ramp.left + editor_.stop(i).position();
         const RECT marker{column, layout_.markerTop(), column + 1, layout_.flagTop()};
-        FillRect(dc, &marker, GetSysColorBrush(COLOR_BTNTEXT));
+        FillRect(painting.dc(), &marker, GetSysColorBrush(COLOR_BTNTEXT));
     }
-    EndPaint(window(), &painting);
 }
 
 void frmPattern::flagPressed(std::size_t index) {

@@ -76,6 +76,8 @@ class CodecLibrary {
 
 /// In the system's 8-bit code page, which replaces what it does not have; with a zero behind.
 std::vector<char> ansiName(const std::u16string& name) {
+    // It would cut the name short, and mean another file.
+    if (name.find(u'\0') != std::u16string::npos) throw platformError(Platform::BadFileName);
     const wchar_t* const wide = asWide(name.c_str());
     const int length = static_cast<int>(name.size());
     const int size = WideCharToMultiByte(CP_ACP, 0, wide, length, nullptr, 0, nullptr, nullptr);

@@ -61,11 +61,6 @@ BmpInfo infoOf(const Bitmap24& bitmap) {
     return info;
 }
 
-std::u16string libraryFolder() {
-    const std::wstring path = modulePath();
-    return {path.begin(), path.begin() + static_cast<std::ptrdiff_t>(path.find_last_of(L'\\') + 1)};
-}
-
 }  // namespace
 
 void RasterImage::set(std::span<const std::uint8_t> bits, const BmpInfo& info) {
@@ -144,7 +139,8 @@ std::u16string RasterImage::saveBmp(const std::u16string& path) {
         writeSurface(path);
         return path;
     }
-    const std::u16string own = libraryFolder() + kTemporaryName;
+    const std::wstring folder = folderOf(modulePath()) + L'\\';
+    const std::u16string own = std::u16string(folder.begin(), folder.end()) + kTemporaryName;
     try {
         writeSurface(own);
         return own;

@@ -209,6 +209,17 @@ TEST(JpegBinding, ShowsAFailureToWriteAndGivesTheRecordBack) {
     EXPECT_STREQ(codec.journal->calls, "IWF");
 }
 
+TEST(JpegBinding, ANameWithAZeroCharacterMeansNoShorterOne) {
+    cDIBSection section;
+    EXPECT_TRUE(section.Create(2, 2));
+    try {
+        static_cast<void>(SaveJPG(section, std::u16string(u"a.jpg\0b", 7), 90));
+        ADD_FAILURE();
+    } catch (const vrx::Error& error) {
+        EXPECT_EQ(error.number, 52);
+    }
+}
+
 TEST(JpegBinding, WithoutTheLibraryIsFileNotFoundAndNamesIt) {
     const FolderWithoutCodec own;
     const vrx::Error error = errorOf(cDIBSection());

@@ -166,6 +166,7 @@ TEST_F(SaveHdr, KeepsTheTemporaryPictureInTheUsersFolderWhereTheHostsTakesNone) 
 TEST_F(SaveHdr, SavesAPictureUnderTheNameOfTheTemporaryOne) {
     remember(L"Path", host::programFolder());
     const std::wstring file = host::programFolder() + L"\\temp.bmp";
+    DeleteFileW(file.c_str());
     quietlyDuring([](const OpenSaveDialog& dialog) { dialog.saveAs(L"temp", kBmp); });
     EXPECT_EQ(host::readBytes(file), bitmapFile());
     DeleteFileW(file.c_str());
