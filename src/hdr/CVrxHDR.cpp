@@ -40,10 +40,8 @@ bool isBlank(const std::u16string& text) { return text.find_first_not_of(u' ') =
 
 /// Why a picture was not written, for the user.
 std::u16string reasonOf(const Error& error) {
-    if (error.number == fileError().number) return u"the picture does not fit the file format";
-    std::u16string reason = error.description;
-    if (!reason.empty() && reason[0] >= u'A' && reason[0] <= u'Z') reason[0] += u'a' - u'A';
-    return reason;
+    if (error.number == fileError().number) return u"The picture does not fit the file format";
+    return error.description;
 }
 
 void tellNotWritten(const std::u16string& path, const std::u16string& reason) {
@@ -319,7 +317,7 @@ std::u16string CVrxHDR::saveFile(const std::u16string& path) {
     } catch (const Error& error) {
         tellNotWritten(path, reasonOf(error));
     } catch (const std::bad_alloc&) {
-        tellNotWritten(path, u"out of memory");
+        tellNotWritten(path, platformError(Platform::OutOfMemory).description);
     }
     throw fileError();
 }
