@@ -4,6 +4,7 @@
 #include "common/message_loop.h"
 #include "dialogs/dpi.h"
 #include "dialogs/engine/preview_frame.h"
+#include "dialogs/window_place.h"
 #include "raster/picture_file.h"
 
 namespace vrx {
@@ -56,9 +57,7 @@ void VrxPreviewImg::createInPlaceOf(HWND control) {
     const HWND dialog = GetParent(control);
     const HWND before = GetWindow(control, GW_HWNDPREV);
     const int id = GetDlgCtrlID(control);
-    RECT place{};
-    GetWindowRect(control, &place);
-    MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
+    const RECT place = placeInParent(control);
     DestroyWindow(control);
     create(dialog, id, place);
     SetWindowTextW(window(), L"Preview");  // what screen readers call it

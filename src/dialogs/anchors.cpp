@@ -1,6 +1,6 @@
 #include "dialogs/anchors.h"
 
-#include "dialogs/window_size.h"
+#include "dialogs/window_place.h"
 
 namespace vrx {
 
@@ -13,10 +13,7 @@ void Anchors::attach(HWND form) {
 }
 
 void Anchors::add(HWND control, unsigned edges) {
-    RECT place{};
-    GetWindowRect(control, &place);
-    MapWindowPoints(nullptr, form_, reinterpret_cast<POINT*>(&place), 2);
-    places_.push_back({control, edges, place});
+    places_.push_back({control, edges, placeInParent(control)});
 }
 
 /// Nothing is copied along: what stood in a control's old place may be drawn over by another one's new place.

@@ -7,6 +7,7 @@
 #include "common/message_box.h"
 #include "dialogs/engine/file_names.h"
 #include "dialogs/resource.h"
+#include "dialogs/tool_tip.h"
 
 namespace vrx {
 namespace {
@@ -14,8 +15,6 @@ namespace {
 // Answers to WM_VKEYTOITEM.
 constexpr LRESULT kKeyDone = -2;
 constexpr LRESULT kKeyForList = -1;
-
-constexpr std::size_t kRootLength = 3;  // "C:\\"
 
 std::u16string windowsFolder() {
     wchar_t folder[MAX_PATH] = {};
@@ -30,6 +29,7 @@ void FileBrowser::attach(HWND dialog, std::span<const std::u16string_view> types
     drives_.attach(GetDlgItem(dialog, IDC_DRIVE1));
     folders_.attach(GetDlgItem(dialog, IDC_DIR1));
     files_.attach(GetDlgItem(dialog, IDC_FILE1));
+    addToolTip(GetDlgItem(dialog, IDC_COMMAND3), u"Up one folder");
     types_.assign(types.begin(), types.end());
     SendDlgItemMessageW(dialog, IDC_COMBO1, CB_RESETCONTENT, 0, 0);
     for (const std::u16string& type : types_)
@@ -124,7 +124,7 @@ bool FileBrowser::handleEnter() {
 void FileBrowser::showFolder() {
     files_.setFolder(folders_.folder());
     drives_.setDrive(folders_.folder());
-    lastDrive_ = folders_.folder().substr(0, 3);
+    lastDrive_ = folders_.folder().substr(0, kRootLength);
 }
 
 void FileBrowser::showType() {

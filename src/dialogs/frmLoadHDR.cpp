@@ -32,13 +32,13 @@ void frmLoadHDR::onLoad() {
 }
 
 void frmLoadHDR::applyExposure() {
-    appliedExposure_ = exposure_.position();
-    if (hdr_) objHDR()->put_Exposure(exposureOfSlider(appliedExposure_));
+    const float exposure = exposureOfSlider(exposure_.take());
+    if (hdr_) objHDR()->put_Exposure(exposure);
 }
 
 void frmLoadHDR::applyGamma() {
-    appliedGamma_ = gamma_.position();
-    if (hdr_) objHDR()->put_Gamma(gammaOfSlider(appliedGamma_));
+    const float gamma = gammaOfSlider(gamma_.take());
+    if (hdr_) objHDR()->put_Gamma(gamma);
 }
 
 /// A preview that is being loaded goes on with the new file, so it must not be told to end.
@@ -61,8 +61,8 @@ void frmLoadHDR::loadPreview() {
 /// A move ends with notifications that tell nothing new.
 void frmLoadHDR::onScroll(HWND /*control*/, int /*code*/) {
     if (!hdr_ || closing()) return;
-    const bool exposureMoved = exposure_.position() != appliedExposure_;
-    const bool gammaMoved = gamma_.position() != appliedGamma_;
+    const bool exposureMoved = exposure_.moved();
+    const bool gammaMoved = gamma_.moved();
     if (exposureMoved) applyExposure();
     if (gammaMoved) applyGamma();
     if ((exposureMoved || gammaMoved) && previewOn()) refreshPreview();

@@ -35,8 +35,6 @@ class frmLoadHDR final : public LoadDialog, private HdrListener {
     HdrConnection hdr_;
     Slider exposure_;
     Slider gamma_;
-    int appliedExposure_ = 0;
-    int appliedGamma_ = 0;
     int previews_ = 0;  // that are being loaded, one within the other
     bool letsMessagesPass_ = false;
 };

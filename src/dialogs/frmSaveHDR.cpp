@@ -105,9 +105,9 @@ void frmSaveHDR::onScroll(HWND control, int code) {
     }
 }
 
-void frmSaveHDR::applyExposure() { object_->put_Exposure(exposureOfSlider(exposure_.position())); }
+void frmSaveHDR::applyExposure() { object_->put_Exposure(exposureOfSlider(exposure_.take())); }
 
-void frmSaveHDR::applyGamma() { object_->put_Gamma(gammaOfSlider(gamma_.position())); }
+void frmSaveHDR::applyGamma() { object_->put_Gamma(gammaOfSlider(gamma_.take())); }
 
 void frmSaveHDR::refresh() {
     VARIANT_BOOL slow = VARIANT_FALSE;

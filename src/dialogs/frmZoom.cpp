@@ -9,6 +9,7 @@
 #include "dialogs/dpi.h"
 #include "dialogs/engine/preview_frame.h"
 #include "dialogs/resource.h"
+#include "dialogs/window_place.h"
 #include "raster/picture_file.h"
 
 namespace vrx {
@@ -65,10 +66,7 @@ void frmZoom::onLoad() {
     RECT inner{};
     GetClientRect(window(), &inner);
     picture_.create(window(), IDC_IMGPREVIEW, inner);
-    for (std::size_t i = 0; i < kReadout.size(); ++i) {
-        GetWindowRect(control(kReadout[i]), &readout_[i]);
-        MapWindowPoints(nullptr, window(), reinterpret_cast<POINT*>(&readout_[i]), 2);
-    }
+    for (std::size_t i = 0; i < kReadout.size(); ++i) readout_[i] = placeInParent(control(kReadout[i]));
     showReadout(hdrMode_);
     // The system chose the control with the focus before there was the picture's.
     PostMessageW(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(picture_.window()), TRUE);

@@ -7,7 +7,6 @@
 #include "dialogs/frmZoom.h"
 #include "dialogs/resource.h"
 #include "dialogs/settings_store.h"
-#include "dialogs/tool_tip.h"
 
 namespace vrx {
 namespace {
@@ -52,7 +51,6 @@ void LoadDialog::onLoad() {
 
 void LoadDialog::placeControls() {
     preview_->createInPlaceOf(control(IDC_VRXPREVIMG));
-    addToolTip(control(IDC_COMMAND3), u"Up one folder");
 
     anchors_.attach(window());
     for (const int id : {IDC_DIR1, IDC_FILE1}) anchor(id, kLeft | kTop | kBottom);
@@ -100,13 +98,9 @@ void LoadDialog::onCommand(int id, int notification, HWND /*control*/) {
 }
 
 bool LoadDialog::onMessage(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {
-    switch (message) {
-        case WM_GETMINMAXINFO:
-            anchors_.limit(*reinterpret_cast<MINMAXINFO*>(longer));
-            return true;
-        default:
-            return browser_.handleMessage(message, wide, longer, answer);
-    }
+    if (message != WM_GETMINMAXINFO) return browser_.handleMessage(message, wide, longer, answer);
+    anchors_.limit(*reinterpret_cast<MINMAXINFO*>(longer));
+    return true;
 }
 
 void LoadDialog::fileChosen() {

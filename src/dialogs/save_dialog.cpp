@@ -2,13 +2,13 @@
 
 #include <new>
 
+#include "common/engine/blanks.h"
 #include "common/engine/decimal_text.h"
 #include "common/engine/error.h"
 #include "common/file_io.h"
 #include "common/message_box.h"
 #include "dialogs/resource.h"
 #include "dialogs/settings_store.h"
-#include "dialogs/tool_tip.h"
 #include "dialogs/wait_cursor.h"
 #include "raster/cDIBSection.h"
 #include "raster/mIntelJPEGLibrary.h"
@@ -20,7 +20,6 @@ void SaveDialog::onLoad() {
     anchors_.attach(window());
     browser_.attach(window(), kind_.types);
     slider_.attach(control(IDC_SLIDER1), kQualityScale);
-    addToolTip(control(IDC_COMMAND3), u"Up one folder");
     readSettings();
     enableQuality();
     // The system gives the focus to the first control after this.
@@ -56,13 +55,13 @@ bool SaveDialog::onEnter() {
     // The files are there to be seen, not to be opened.
     if (focus == control(IDC_FILE1)) return false;
     if (focus != control(IDC_TEXT1)) return browser_.handleEnter();
-    if (holdsMoreThanBlanks(text(IDC_TEXT1))) save();
+    if (!isBlank(text(IDC_TEXT1))) save();
     return true;
 }
 
 void SaveDialog::onScroll(HWND control, int /*code*/) {
     if (control != slider_.window() || !slider_.moved()) return;
-    quality_ = qualityOfSlider(slider_.position());
+    quality_ = qualityOfSlider(slider_.take());
     setText(IDC_LABEL5, decimalText(quality_));
 }
 

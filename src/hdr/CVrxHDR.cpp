@@ -5,6 +5,7 @@
 #include <new>
 
 #include "common/clipboard.h"
+#include "common/engine/blanks.h"
 #include "common/engine/error_record.h"
 #include "common/engine/rounding.h"
 #include "common/file_io.h"
@@ -35,8 +36,6 @@ std::int32_t oneMore(std::int32_t size) {
     if (size == INT32_MAX) throw platformError(Platform::OutOfMemory);
     return size + 1;
 }
-
-bool isBlank(const std::u16string& text) { return text.find_first_not_of(u' ') == std::u16string::npos; }
 
 /// Why a picture was not written, for the user.
 std::u16string reasonOf(const Error& error) {

@@ -12,7 +12,7 @@
 #include "common/owner_window.h"
 #include "dialogs/resource.h"
 #include "dialogs/settings_store.h"
-#include "dialogs/window_size.h"
+#include "dialogs/window_place.h"
 
 namespace vrx {
 namespace {

@@ -6,7 +6,7 @@
 #include "com/variant_convert.h"
 #include "common/win32_error.h"
 #include "dialogs/resource.h"
-#include "dialogs/window_size.h"
+#include "dialogs/window_place.h"
 
 namespace vrx {
 namespace {

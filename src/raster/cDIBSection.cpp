@@ -7,32 +7,18 @@
 #include "com/com_ptr.h"
 #include "common/device_context.h"
 #include "common/engine/error.h"
-#include "common/handle_number.h"
 #include "common/message_box.h"
 #include "raster/drawing_surface.h"
 #include "raster/engine/noise.h"
 #include "raster/engine/resample.h"
+#include "raster/picture_file.h"
 
 namespace vrx {
 namespace {
 
-using DesktopDc = WindowDc;
-
-DesktopDc desktopDc() { return DesktopDc(GetDesktopWindow()); }
-
 std::int32_t checked(std::int64_t value) {
     if (value < INT32_MIN || value > INT32_MAX) throw platformError(Platform::Overflow);
     return static_cast<std::int32_t>(value);
-}
-
-/// Null for a picture that holds something else than a bitmap.
-HBITMAP bitmapOf(IPictureDisp& picture) {
-    const auto inner = ComPtr<IPictureDisp>(&picture).as<IPicture>();
-    SHORT type = PICTYPE_NONE;
-    OLE_HANDLE handle = 0;
-    if (!inner || FAILED(inner->get_Type(&type)) || type != PICTYPE_BITMAP) return nullptr;
-    inner->get_Handle(&handle);
-    return handleOf<HBITMAP>(static_cast<LONG>(handle));
 }
 
 /// True when the clipboard took the bitmap, which is its own then.
@@ -57,7 +43,7 @@ float secondsSinceMidnight() {
 }  // namespace
 
 bool cDIBSection::CopyToClipboard(bool bAsDIB) {
-    const DesktopDc desktop = desktopDc();
+    const WindowDc desktop(GetDesktopWindow());
     if (!desktop) return false;
     const MemoryDc dc(CreateCompatibleDC(desktop.get()));
     if (!dc) return false;
@@ -89,11 +75,13 @@ bool cDIBSection::CreateDIB(HDC lhDC, std::int32_t lWidth, std::int32_t lHeight,
 
 void cDIBSection::CreateFromPicture(IPictureDisp* picThis) {
     if (!picThis) throw platformError(Platform::ObjectNotSet);
-    const HBITMAP bitmap = bitmapOf(*picThis);
+    const auto picture = ComPtr<IPictureDisp>(picThis).as<IPicture>();
+    const HBITMAP bitmap = picture ? bitmapOf(*picture.get()) : nullptr;
     BITMAP size{};
     GetObjectA(bitmap, sizeof size, &size);
     if (!Create(size.bmWidth, size.bmHeight)) return;
-    const SectionDc dc(CreateCompatibleDC(desktopDc().get()));
+    const WindowDc desktop(GetDesktopWindow());
+    const SectionDc dc(CreateCompatibleDC(desktop.get()));
     const Selection selected(dc.get(), bitmap);
     LoadPictureBlt(dc.get(), 0, 0);
 }

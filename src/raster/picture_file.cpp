@@ -33,16 +33,15 @@ bool isEmpty(IPicture& picture) {
     return FAILED(picture.get_Type(&type)) || type == PICTYPE_NONE || type == PICTYPE_UNINITIALIZED;
 }
 
+}  // namespace
+
 HBITMAP bitmapOf(IPicture& picture) {
     SHORT type = PICTYPE_NONE;
     OLE_HANDLE handle = 0;
-    check(picture.get_Type(&type));
-    if (type != PICTYPE_BITMAP) throw platformError(Platform::InvalidPicture);
-    check(picture.get_Handle(&handle));
+    if (FAILED(picture.get_Type(&type)) || type != PICTYPE_BITMAP || FAILED(picture.get_Handle(&handle)))
+        return nullptr;
     return handleOf<HBITMAP>(static_cast<LONG>(handle));
 }
-
-}  // namespace
 
 ComPtr<IPicture> loadPicture(const std::u16string& path) {
     // The system's own loading by path would also take an address on a network, and short names only.
@@ -67,6 +66,7 @@ PictureSize pixelSizeOf(IPicture& picture) {
 
 Bitmap24 readPixels(IPicture& picture) {
     const HBITMAP bitmap = bitmapOf(picture);
+    if (!bitmap) throw platformError(Platform::InvalidPicture);
     const PictureSize size = pixelSizeOf(picture);
     if (size.width <= 0 || size.height <= 0) throw platformError(Platform::InvalidPicture);
     Bitmap24 pixels(static_cast<std::uint32_t>(size.width), static_cast<std::uint32_t>(size.height));

@@ -18,6 +18,9 @@ namespace vrx {
 /// 481 for a file that is no picture.
 [[nodiscard]] ComPtr<IPicture> loadPicture(const std::u16string& path);
 
+/// The picture's own bitmap; null for a picture that holds something else.
+[[nodiscard]] HBITMAP bitmapOf(IPicture& picture);
+
 struct PictureSize {
     std::int32_t width;
     std::int32_t height;

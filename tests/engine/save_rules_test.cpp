@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/engine/blanks.h"
+
 namespace vrx::test {
 namespace {
 
@@ -40,9 +42,9 @@ TEST(NameOfAFile, HasNoWildcardsAndNoColon) {
 }
 
 TEST(NameOfBlanks, HoldsNothingElse) {
-    EXPECT_FALSE(holdsMoreThanBlanks(u""));
-    EXPECT_FALSE(holdsMoreThanBlanks(u"   "));
-    EXPECT_TRUE(holdsMoreThanBlanks(u" a "));
+    EXPECT_TRUE(isBlank(u""));
+    EXPECT_TRUE(isBlank(u"   "));
+    EXPECT_FALSE(isBlank(u" a "));
 }
 
 TEST(SaveText, AsksWithCarriageReturnsAlone) {

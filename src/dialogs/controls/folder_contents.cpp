@@ -14,8 +14,6 @@
 namespace vrx {
 namespace {
 
-constexpr std::size_t kRootLength = 3;  // "C:\"
-
 /// Names of this length and more need the prefix that turns the limit off.
 std::wstring forSystem(const std::u16string& path) {
     const std::wstring name = toWide(path);

@@ -3,21 +3,17 @@
 #include <olectl.h>
 
 #include "common/device_context.h"
-#include "common/handle_number.h"
 #include "raster/drawing_surface.h"
+#include "raster/picture_file.h"
 
 namespace vrx {
 namespace {
 
 /// The handle of a picture that is a plain bitmap; null for every other kind.
 HBITMAP plainBitmap(IPicture& picture) {
-    SHORT type = PICTYPE_NONE;
     DWORD attributes = 0;
-    OLE_HANDLE handle = 0;
-    if (FAILED(picture.get_Type(&type)) || type != PICTYPE_BITMAP) return nullptr;
     if (SUCCEEDED(picture.get_Attributes(&attributes)) && (attributes & PICTURE_TRANSPARENT)) return nullptr;
-    picture.get_Handle(&handle);
-    return handleOf<HBITMAP>(static_cast<LONG>(handle));
+    return bitmapOf(picture);
 }
 
 /// True when it was drawn.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "dialogs/window_size.h"
+#include "dialogs/window_place.h"
 
 namespace vrx {
 namespace {

@@ -2,8 +2,6 @@
 
 #include <commctrl.h>
 
-#include <utility>
-
 namespace vrx {
 
 void Slider::attach(HWND trackbar, const SliderScale& scale) {
@@ -20,12 +18,12 @@ int Slider::position() const { return static_cast<int>(SendMessageW(window_, TBM
 
 void Slider::setPosition(int position) {
     SendMessageW(window_, TBM_SETPOS, TRUE, position);
-    known_ = this->position();
+    static_cast<void>(take());
 }
 
-bool Slider::moved() {
-    const int before = std::exchange(known_, position());
-    return before != known_;
+int Slider::take() {
+    known_ = position();
+    return known_;
 }
 
 }  // namespace vrx

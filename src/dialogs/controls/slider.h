@@ -16,8 +16,10 @@ class Slider {
     [[nodiscard]] int position() const;
     /// The nearest position of the scale.
     void setPosition(int position);
-    /// Whether the user has moved it since this was asked last. Notifications come without a move as well.
-    [[nodiscard]] bool moved();
+    /// Whether the user has moved it since its position was taken. Notifications come without a move as well.
+    [[nodiscard]] bool moved() const { return position() != known_; }
+    /// The position, which is known from now on.
+    [[nodiscard]] int take();
 
   private:
     HWND window_ = nullptr;

@@ -7,7 +7,6 @@
 namespace vrx {
 namespace {
 
-constexpr std::size_t kRootLength = 3;          // "C:\"
 constexpr std::size_t kShortestWithParent = 5;  // "C:\AB"
 
 }  // namespace

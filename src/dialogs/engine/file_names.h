@@ -1,11 +1,14 @@
 // How the file dialogs build and cut the names of files and folders, as text.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vrx {
+
+inline constexpr std::size_t kRootLength = 3;  // "C:\"
 
 /// The full name of a file in a folder: a backslash between them unless the folder is the root of a drive,
 /// three characters long.

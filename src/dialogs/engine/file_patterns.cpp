@@ -3,17 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "common/engine/blanks.h"
 #include "common/engine/upper_case.h"
 
 namespace vrx {
 namespace {
 
 constexpr std::size_t kNone = std::u16string_view::npos;
-
-std::u16string_view withoutBlanks(std::u16string_view text) {
-    text.remove_prefix(std::min(text.size(), text.find_first_not_of(u' ')));
-    return text.substr(0, text.find_last_not_of(u' ') + 1);
-}
 
 bool fits(char16_t pattern, char16_t character) {
     return pattern == u'?' || upperCase(pattern) == upperCase(character);
@@ -52,7 +48,7 @@ bool fitsPattern(std::u16string_view name, std::u16string_view pattern) {
 bool matchesPatterns(std::u16string_view name, std::u16string_view patterns) {
     for (std::size_t start = 0; start <= patterns.size();) {
         const std::size_t end = std::min(patterns.find(u';', start), patterns.size());
-        if (fitsPattern(name, withoutBlanks(patterns.substr(start, end - start)))) return true;
+        if (fitsPattern(name, trimBlanks(patterns.substr(start, end - start)))) return true;
         start = end + 1;
     }
     return false;

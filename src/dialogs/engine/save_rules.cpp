@@ -35,10 +35,6 @@ bool canNameFile(std::u16string_view name) {
         name, [&](char16_t c) { return c < u' ' || kForbidden.find(c) != std::u16string_view::npos; });
 }
 
-bool holdsMoreThanBlanks(std::u16string_view text) {
-    return text.find_first_not_of(u' ') != std::u16string_view::npos;
-}
-
 namespace save_text {
 
 std::u16string replaceQuestion(std::u16string_view fullName) {

@@ -19,9 +19,6 @@ enum class SaveFormat { Hdr, Jpeg, Bmp };
 /// mean a hidden part of another file. Folders in front of the name are no harm.
 [[nodiscard]] bool canNameFile(std::u16string_view name);
 
-/// Whether there is anything but blanks.
-[[nodiscard]] bool holdsMoreThanBlanks(std::u16string_view text);
-
 namespace save_text {
 
 inline constexpr char16_t kTitle[] = u"Save Picture";

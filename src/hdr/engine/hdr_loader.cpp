@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "common/engine/blanks.h"
 #include "common/engine/error.h"
 #include "hdr/engine/rgbe_header.h"
 #include "hdr/engine/rgbe_reader.h"
@@ -13,8 +14,6 @@ namespace {
 constexpr std::size_t kFirstPosition = 1;
 constexpr std::int32_t kRowsPerRefresh = 80;
 constexpr std::uint32_t kRunsPerCheck = 50;
-
-bool isBlank(const std::u16string& text) { return text.find_first_not_of(u' ') == std::u16string::npos; }
 
 }  // namespace
 

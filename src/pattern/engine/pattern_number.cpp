@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "common/engine/blanks.h"
 #include "common/engine/rounding.h"
 
 namespace vrx {
@@ -108,12 +109,6 @@ Prefix readPrefix(std::u16string_view text) {
 }
 
 }  // namespace
-
-std::u16string_view trimBlanks(std::u16string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(u' '), text.size()));
-    text.remove_suffix(text.size() - (text.find_last_not_of(u' ') + 1));
-    return text;
-}
 
 bool isNumber(std::u16string_view text) {
     const std::u16string_view trimmed = trimBlanks(text);

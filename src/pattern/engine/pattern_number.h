@@ -8,8 +8,6 @@
 
 namespace vrx {
 
-[[nodiscard]] std::u16string_view trimBlanks(std::u16string_view text);
-
 /// Whether the text as a whole is a number; blanks around it are allowed.
 [[nodiscard]] bool isNumber(std::u16string_view text);
 
