@@ -11,8 +11,12 @@ bits=$(bits_of "$@")
 start_package_session "$bits"
 log=$throwaway_folder/log
 
-# quietly COMMAND... - shows the command's output only when it fails.
-quietly() { "$@" >"$log" 2>&1 || { tr -d '\r' <"$log" && return 1; }; }
+# quietly COMMAND... - shows the command's output and exit status only when it fails.
+quietly() {
+    local status=0
+    "$@" >"$log" 2>&1 || status=$?
+    ((status == 0)) || { tr -d '\r' <"$log" && echo "exit status $status" && return 1; }
+}
 
 checksums_are_right() { (cd "$installed" && sha256sum --quiet -c SHA256SUMS); }
 

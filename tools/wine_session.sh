@@ -123,10 +123,11 @@ windows_path() {
     echo "Z:${path//\//\\}"
 }
 
-# start_display - an X server of our own on a free display, 24 bits deep.
+# start_display - an X server of our own on a free display, 24 bits deep. Without -noreset it starts anew when its last
+# client leaves, and refuses the client that comes at that moment.
 start_display() {
     local number
-    exec {display_pipe}< <(exec Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp 2>/dev/null </dev/null)
+    exec {display_pipe}< <(exec Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp -noreset 2>/dev/null </dev/null)
     display_process=$!
     read -r -t 30 number <&"$display_pipe" || die "Xvfb did not start"
     export DISPLAY=:$number
