@@ -119,6 +119,8 @@ VARIANT Variant::release() {
 
 std::wstring toWide(std::u16string_view text) { return {text.begin(), text.end()}; }
 
+std::u16string fromWide(std::wstring_view text) { return {text.begin(), text.end()}; }
+
 std::u16string toText(BSTR text) { return {text, text + SysStringLen(text)}; }
 
 std::u16string toText(const VARIANT& value) { return toText(V_BSTR(&convert(value, VT_BSTR).get())); }

@@ -41,6 +41,7 @@ class Variant {
     return reinterpret_cast<const wchar_t*>(text);
 }
 [[nodiscard]] std::wstring toWide(std::u16string_view text);
+[[nodiscard]] std::u16string fromWide(std::wstring_view text);
 
 [[nodiscard]] std::u16string toText(BSTR text);
 /// Numbers and Empty become text as well; Null, objects and arrays are a type mismatch.

@@ -105,8 +105,6 @@ bool isSameFile(HANDLE file, const std::wstring& path) {
            one.nFileIndexLow == two.nFileIndexLow;
 }
 
-std::u16string toText(const std::wstring& path) { return {path.begin(), path.end()}; }
-
 }  // namespace
 
 Bytes readFileAndZero(const std::u16string& path) {
@@ -161,7 +159,7 @@ TemporaryFile::~TemporaryFile() { DeleteFileW(path_.c_str()); }
 std::u16string TemporaryFile::path() const {
     wchar_t name[MAX_PATH + 1];
     const DWORD length = GetShortPathNameW(path_.c_str(), name, MAX_PATH + 1);
-    return toText(length != 0 && length <= MAX_PATH ? std::wstring(name, length) : path_);
+    return fromWide(length != 0 && length <= MAX_PATH ? std::wstring(name, length) : path_);
 }
 
 FileReplacement::FileReplacement(const std::u16string& path) : path_(systemPath(path)) {

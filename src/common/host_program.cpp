@@ -4,12 +4,14 @@
 
 #include <array>
 
+#include "com/variant_convert.h"
+
 namespace vrx {
 
 std::u16string hostPath() {
     std::array<wchar_t, 32768> path{};
     const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    return {path.begin(), path.begin() + length};
+    return fromWide({path.data(), length});
 }
 
 std::u16string hostFolder() {

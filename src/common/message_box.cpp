@@ -15,8 +15,6 @@
 namespace vrx {
 namespace {
 
-std::u16string toText16(const std::wstring& text) { return {text.begin(), text.end()}; }
-
 std::wstring baseName(const std::wstring& path) {
     const std::wstring name = path.substr(path.find_last_of(L"\\/") + 1);
     return name.substr(0, name.find_last_of(L'.'));
@@ -73,7 +71,7 @@ bool windowsAreVisible() {
 std::u16string hostTitle() {
     const std::wstring path = toWide(hostPath());
     const std::wstring title = versionTitle(path);
-    return toText16(title.empty() ? baseName(path) : title);
+    return fromWide(title.empty() ? baseName(path) : title);
 }
 
 int showMessage(const std::u16string& message, unsigned style, const std::u16string& title) {

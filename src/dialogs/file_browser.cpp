@@ -19,7 +19,7 @@ constexpr LRESULT kKeyForList = -1;
 std::u16string windowsFolder() {
     wchar_t folder[MAX_PATH] = {};
     const UINT length = GetWindowsDirectoryW(folder, MAX_PATH);
-    return {folder, folder + length};
+    return fromWide({folder, length});
 }
 
 }  // namespace

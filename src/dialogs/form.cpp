@@ -231,7 +231,7 @@ std::u16string Form::text(int id) const {
     const HWND window = control(id);
     std::vector<wchar_t> buffer(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1);
     const int length = GetWindowTextW(window, buffer.data(), static_cast<int>(buffer.size()));
-    return {buffer.begin(), buffer.begin() + length};
+    return fromWide({buffer.data(), static_cast<std::size_t>(length)});
 }
 
 void Form::setText(int id, const std::u16string& text) { SetDlgItemTextW(window_, id, toWide(text).c_str()); }

@@ -74,8 +74,7 @@ std::optional<std::u16string> choosePatternFile(HWND owner, PatternFileUse use, 
     const HostFpScope host;
     const BOOL chosen = use == PatternFileUse::Load ? GetOpenFileNameW(&choice) : GetSaveFileNameW(&choice);
     if (!chosen) return std::nullopt;
-    const std::wstring result = path.data();
-    return std::u16string(result.begin(), result.end());
+    return fromWide(path.data());
 }
 
 }  // namespace vrx

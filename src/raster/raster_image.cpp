@@ -139,8 +139,7 @@ std::u16string RasterImage::saveBmp(const std::u16string& path) {
         writeSurface(path);
         return path;
     }
-    const std::wstring folder = folderOf(modulePath()) + L'\\';
-    const std::u16string own = std::u16string(folder.begin(), folder.end()) + kTemporaryName;
+    const std::u16string own = fromWide(folderOf(modulePath())) + u'\\' + kTemporaryName;
     try {
         writeSurface(own);
         return own;

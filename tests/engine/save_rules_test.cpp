@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "common/engine/blanks.h"
-
 namespace vrx::test {
 namespace {
 
@@ -39,12 +37,6 @@ TEST(NameOfAFile, HasNoWildcardsAndNoColon) {
     EXPECT_FALSE(canNameFile(std::u16string_view(u"a\0b", 3)));
     for (const char16_t* name : {u"pic", u"a b", u" ", u"a.b", u"sub\\pic", u"sub/pic", u"\u5929", u"it's"})
         EXPECT_TRUE(canNameFile(name));
-}
-
-TEST(NameOfBlanks, HoldsNothingElse) {
-    EXPECT_TRUE(isBlank(u""));
-    EXPECT_TRUE(isBlank(u"   "));
-    EXPECT_FALSE(isBlank(u" a "));
 }
 
 TEST(SaveText, AsksWithCarriageReturnsAlone) {

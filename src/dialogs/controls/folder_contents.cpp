@@ -57,8 +57,7 @@ std::vector<std::u16string> namesIn(const std::u16string& folder, bool folders) 
         throwUnreadable(code);
     }
     do {
-        const std::wstring_view name = entry.cFileName;
-        if (isShown(entry, folders)) names.emplace_back(name.begin(), name.end());
+        if (isShown(entry, folders)) names.push_back(fromWide(entry.cFileName));
     } while (FindNextFileW(search.get(), &entry));
     if (GetLastError() != ERROR_NO_MORE_FILES) throwUnreadable(GetLastError());
     return names;
@@ -82,7 +81,7 @@ std::u16string folderOfDrive(std::u16string_view path) {
     const DWORD length =
         GetFullPathNameW(given.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
     if (length < kRootLength || length >= full.size()) throw platformError(Platform::PathNotFound);
-    std::u16string folder(full.begin(), full.begin() + static_cast<std::ptrdiff_t>(length));
+    std::u16string folder = fromWide({full.data(), length});
     // The name of a device, like "C:\NUL", is on no drive.
     if (!isOnDrive(folder)) throw platformError(Platform::PathNotFound);
     while (folder.size() > kRootLength && folder.back() == u'\\') folder.pop_back();

@@ -24,7 +24,7 @@ std::u16string rowText(HWND listBox, int row) {
     if (length == LB_ERR) return {};
     std::vector<wchar_t> text(static_cast<std::size_t>(length) + 1);
     SendMessageW(listBox, LB_GETTEXT, index, reinterpret_cast<LPARAM>(text.data()));
-    return {text.begin(), text.end() - 1};
+    return fromWide({text.data(), text.size() - 1});
 }
 
 }  // namespace vrx

@@ -1,0 +1,16 @@
+// Blanks around texts.
+#include "common/engine/blanks.h"
+
+#include <gtest/gtest.h>
+
+namespace vrx::test {
+namespace {
+
+TEST(NameOfBlanks, HoldsNothingElse) {
+    EXPECT_TRUE(isBlank(u""));
+    EXPECT_TRUE(isBlank(u"   "));
+    EXPECT_FALSE(isBlank(u" a "));
+}
+
+}  // namespace
+}  // namespace vrx::test
