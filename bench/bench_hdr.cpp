@@ -64,26 +64,25 @@ void buildTables(benchmark::State& state) {
     }
 }
 
-void paint(benchmark::State& state, const Exposition* exposition) {
+void paint(benchmark::State& state, bool autoExposition) {
     const RgbeStore& store = sampleOf(state).store;
     ToneTables tables;
     tables.build(128.0F, 1.0F / 2.2F);
     Bitmap24 bitmap(static_cast<std::uint32_t>(store.dimX()), static_cast<std::uint32_t>(store.dimY()));
     for (auto _ : state) {
-        Exposition measured{};
-        if (exposition != nullptr) measured = {exposition->type, measureLuminance(tables, store)};
-        paintStore(tables, exposition != nullptr ? &measured : nullptr, store, bitmap);
+        RowExposition exposition{};
+        if (autoExposition) {
+            exposition = expositionOf(ExpositionType::Max, measureLuminance(tables, store));
+        }
+        paintStore(tables, autoExposition ? &exposition : nullptr, store, bitmap);
         benchmark::DoNotOptimize(bitmap.data());
     }
     reportPerPixel(state);
 }
 
-void paintPlain(benchmark::State& state) { paint(state, nullptr); }
+void paintPlain(benchmark::State& state) { paint(state, false); }
 
-void paintAutoExposition(benchmark::State& state) {
-    const Exposition exposition{ExpositionType::Max, {}};
-    paint(state, &exposition);
-}
+void paintAutoExposition(benchmark::State& state) { paint(state, true); }
 
 void encode(benchmark::State& state) {
     const RgbeStore& store = sampleOf(state).store;

@@ -140,6 +140,19 @@ TEST_F(Picture, PaintsWithAutoExposition) {
     EXPECT_EQ(errorNumberOf([this] { picture.paint(); }), 11);
 }
 
+TEST_F(Picture, TheDivisionOfHdraetMinMaxIsCheckedOnceForAPaintingNotInEveryRow) {
+    picture.setExposure(0.0F);
+    picture.setGamma(1.0F);
+    static_cast<void>(paintedPixel({10, 20, 30, 136}));
+    picture.setAutoExposition(true);
+    picture.setExpositionType(ExpositionType::MinMax);
+    picture.setStore(RgbeStore(3, 2));
+    EXPECT_EQ(errorNumberOf([this] { picture.paint(); }), 11);
+    // The bitmap of before: nothing was begun.
+    EXPECT_EQ(picture.preview().width(), 1U);
+    EXPECT_EQ(firstOf(picture.preview()), (Bgr{30, 20, 10}));
+}
+
 TEST_F(Picture, RowsOfManyPixelsAndExponentsArePaintedLikeSinglePixels) {
     picture.setExposure(0.0F);
     picture.setGamma(1.0F);

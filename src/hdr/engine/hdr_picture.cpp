@@ -90,13 +90,13 @@ void HdrPicture::previewRow(std::int32_t y) {
 }
 
 void HdrPicture::paintInto(Bitmap24& bitmap) {
-    Exposition exposition{expositionType_, {}};
-    if (autoExposition_) exposition.range = measureLuminance(tables_, store_);
+    std::optional<RowExposition> exposition;
+    if (autoExposition_) exposition = expositionOf(expositionType_, measureLuminance(tables_, store_));
     if (bitmap.width() != static_cast<std::uint32_t>(dimX_) ||
         bitmap.height() != static_cast<std::uint32_t>(dimY_)) {
         bitmap.reset(static_cast<std::uint32_t>(dimX_), static_cast<std::uint32_t>(dimY_));
     }
-    paintStore(tables_, autoExposition_ ? &exposition : nullptr, store_, bitmap);
+    paintStore(tables_, exposition ? &*exposition : nullptr, store_, bitmap);
 }
 
 void HdrPicture::paint() {

@@ -64,7 +64,7 @@ void paintPlainRow(const ToneTables& tables, const RgbeStore& store, std::int32_
     }
 }
 
-void paintStore(const ToneTables& tables, const Exposition* exposition, const RgbeStore& store,
+void paintStore(const ToneTables& tables, const RowExposition* exposition, const RgbeStore& store,
                 Bitmap24& bitmap) {
     for (std::int32_t y = 0; y < store.dimY(); ++y) {
         std::uint8_t* bgr = bitmap.rowFromTop(static_cast<std::uint32_t>(y));

@@ -15,7 +15,7 @@ namespace vrx {
 void paintPlainRow(const ToneTables& tables, const RgbeStore& store, std::int32_t y, std::uint8_t* bgr);
 
 /// The whole store, its first row at the bitmap's top. Without `exposition` plain.
-void paintStore(const ToneTables& tables, const Exposition* exposition, const RgbeStore& store,
+void paintStore(const ToneTables& tables, const RowExposition* exposition, const RgbeStore& store,
                 Bitmap24& bitmap);
 
 }  // namespace vrx
