@@ -28,10 +28,10 @@ bits_of() {
 # project_version - prints the version of the product.
 project_version() { sed -nE 's/^project\(VrxCommon VERSION ([0-9.]+) .*/\1/p' "$repo/CMakeLists.txt"; }
 
-# build_preset PRESET [CMAKE OPTION...] - configures build/PRESET and builds it.
+# build_preset PRESET [TARGET [CMAKE OPTION...]] - configures build/PRESET and builds all of it or one target.
 build_preset() {
-    local preset=$1
-    shift
+    local preset=$1 target=${2:-all}
+    shift $(($# < 2 ? $# : 2))
     say "Building $preset"
-    (cd "$repo" && cmake --preset "$preset" "$@" >/dev/null && cmake --build "build/$preset" >&2)
+    (cd "$repo" && cmake --preset "$preset" "$@" >/dev/null && cmake --build "build/$preset" --target "$target" >&2)
 }

@@ -12,7 +12,7 @@ outdir=$(realpath -m -- "${2:-$build/demo}")
 (LC_ALL=C && [[ $picture$outdir != *[^\ -~]* ]]) ||
     die "please give names in ASCII: JPEG files can have names of the 8-bit code page only"
 
-"$tools/build.sh"
+"$tools/build.sh" --product
 start_project_session
 mkdir -p "$outdir"
 

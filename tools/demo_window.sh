@@ -39,7 +39,7 @@ photograph() {
     return 1
 }
 
-"$tools/build.sh"
+"$tools/build.sh" --product
 [[ -n $users_display ]] || install_packages screenshot
 start_throwaway_project_session
 mkdir -p "$outdir"

@@ -9,7 +9,7 @@ fuzz_logs=$build/fuzz/logs
 
 # build_fuzz_targets - builds them, makes their seeds and sets fuzz_targets to their paths.
 build_fuzz_targets() {
-    install_packages native fuzz
+    install_packages build native fuzz
     build_preset fuzz
     fuzz_targets=("$build"/fuzz/bin/fuzz_*)
     mkdir -p "$fuzz_crashes" "$fuzz_logs"

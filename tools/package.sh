@@ -14,8 +14,11 @@ zip=$repo/dist/$name.zip
 copy_licences() {
     local jpeg
     jpeg=$("$tools/source_package.sh" libjpeg-turbo)
-    mkdir "$1"
-    cp "$jpeg/debian/copyright" "$1/libjpeg-turbo.txt"
+    cp -r "$repo/licences" "$1"
+    cp "$jpeg/LICENSE.md" "$1/libjpeg-turbo.md"
+    cp "$jpeg/README.ijg" "$1/libjpeg-turbo-ijg.txt"
+    cp "$jpeg/debian/copyright" "$1/libjpeg-turbo-files.txt"
+    cp /usr/share/common-licenses/GPL-3 "$1/gpl-3.txt"
     cp /usr/share/doc/mingw-w64-common/copyright "$1/mingw-w64.txt"
     cp /usr/share/doc/gcc-mingw-w64-base/copyright "$1/gcc-runtime.txt"
 }
@@ -24,7 +27,7 @@ copy_licences() {
 drop_source_tree() { sed -i '/^<!-- source tree -->$/,/^<!-- end -->$/d' "$@"; }
 
 install_packages package
-"$tools/build.sh" "$@"
+"$tools/build.sh" --product "$@"
 
 say "Making $zip"
 work=$(mktemp -d)
@@ -35,7 +38,7 @@ cp "$products"/{VrxCommon.dll,VrxSettings.dll,ijl10.dll,VrxCommon.tlb,VrxTypeLib
 cp "$products"/{VrxCommon,VrxSettings}.X.manifest "$content"
 mkdir "$content/include"
 cp "$build/$architecture/src/com/generated"/{VrxCommon.h,BmpInfo.h,VrxCommon_i.c} "$content/include"
-cp -r "$repo"/{README.md,CHANGELOG.md,docs,samples} "$content"
+cp -r "$repo"/{LICENSE,README.md,CHANGELOG.md,docs,samples} "$content"
 rm "$content/docs/extending.md" "$content/samples/cpp/CMakeLists.txt"
 drop_source_tree "$content"/{README,docs/README,docs/installing}.md
 mkdir "$content/samples/bin"

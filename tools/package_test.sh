@@ -20,6 +20,20 @@ quietly() {
 
 checksums_are_right() { (cd "$installed" && sha256sum --quiet -c SHA256SUMS); }
 
+# Each text by a sentence of it that those who pass the files on must keep.
+licences_are_there() {
+    (cd "$installed" &&
+        grep -q 'Copyright (c) 2026 The VrxCommon authors' LICENSE &&
+        grep -q 'Modified (3-clause) BSD License' licences/libjpeg-turbo.md &&
+        grep -q 'work of the Independent JPEG Group' licences/libjpeg-turbo-ijg.txt &&
+        grep -qi 'must not be misrepresented' licences/libjpeg-turbo-files.txt &&
+        grep -q 'Runtime Library Exception' licences/gcc-runtime.txt &&
+        grep -q 'Version 3, 29 June 2007' licences/gpl-3.txt &&
+        grep -q 'ZPL-2.1' licences/mingw-w64.txt &&
+        grep -q 'winpthreads' licences/mingw-w64.txt &&
+        grep -q 'Unicode, Inc. All rights reserved' licences/unicode.txt)
+}
+
 links_lead_somewhere() {
     bash "$repo/tests/structure/links_in_the_documentation_lead_somewhere.sh" "$build" "$installed"
 }
@@ -54,6 +68,7 @@ writes_exposures() {
 
 say "Package"
 check "the package's checksums are right" quietly checksums_are_right
+check "the package has the licences of everything linked in" quietly licences_are_there
 check "links in the package lead somewhere" quietly links_lead_somewhere
 check "without registration a program with a manifest creates every class" quietly creates_every_class_without_registration
 check "a program in C++ builds with what is in the package" quietly builds_a_program

@@ -29,6 +29,27 @@ retry() {
     return 1
 }
 
+# download_size APT-GET-ARGUMENT... - prints what that would fetch, in megabytes.
+download_size() {
+    apt-get --print-uris -qq --no-install-recommends "$@" </dev/null |
+        awk '{ bytes += $3 } END { printf "%.0f MB\n", bytes / 1e6 }'
+}
+
+# show_progress - reads apt's status lines and prints a line for each tenth that is done.
+show_progress() {
+    local kind percent step last='' names
+    declare -A names=([dlstatus]=downloaded [pmstatus]=installed)
+    while IFS=: read -r kind _ percent _; do
+        [[ -n ${names[$kind]:-} && $percent == [0-9]* ]] || continue
+        step="${names[$kind]} $((${percent%.*} / 10))0 %"
+        [[ $step == "$last" || $step == *' 00 %' ]] || echo "   $step" >&2
+        last=$step
+    done
+}
+
+# with_progress COMMAND... - runs an apt-get that downloads or installs.
+with_progress() { "$@" -o APT::Status-Fd=1 </dev/null | show_progress; }
+
 # install_packages GROUP... - installs what is missing; asks nothing of apt when nothing is.
 install_packages() {
     local missing as_root=()
@@ -38,8 +59,9 @@ install_packages() {
         command -v sudo >/dev/null || die "please install as root: apt-get install ${missing[*]}"
         as_root=(sudo "DEBIAN_FRONTEND=$DEBIAN_FRONTEND")
     fi
-    say "Installing Debian packages (a few minutes): ${missing[*]}"
+    say "Asking for Debian packages: ${missing[*]}"
     retry "${as_root[@]}" apt-get update -qq >&2 || die "apt-get update failed"
-    retry "${as_root[@]}" apt-get install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 \
-        "${missing[@]}" >/dev/null </dev/null || die "apt-get could not install: ${missing[*]}"
+    say "Installing them: $(download_size install "${missing[@]}") to download"
+    retry with_progress "${as_root[@]}" apt-get install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 \
+        "${missing[@]}" || die "apt-get could not install: ${missing[*]}"
 }

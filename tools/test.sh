@@ -26,13 +26,13 @@ mkdir -p "$build"
 rm -f "$tally_file"
 case ${1:-} in
     '')
-        install_packages native windows windows32 wine32 fuzz
+        install_packages build native windows windows32 wine32 fuzz
         engine_tests
         component_tests
         "$tools/fuzz_replay.sh"
         ;;
     --win64)
-        install_packages native windows windows64 wine64
+        install_packages build windows windows64 wine64
         component_tests --win64
         ;;
     *) die "usage: ./vrx test [--win64]" ;;

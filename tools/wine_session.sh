@@ -13,13 +13,15 @@ export WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree,mshtml=;winemenubu
 # fetch_wine - unpacks Debian's i386 Wine and the libraries it needs into wine_root, all or nothing.
 fetch_wine() (
     [[ -d $wine_root ]] && return
-    say "Fetching a 32-bit Wine into $wine_root (once, 1 to 3 minutes, 1 GB)"
+    local packages=(wine32 libwine fonts-wine)
     mkdir -p "$cache"
     work=$(mktemp -d "$wine_root.XXXXXX")
     trap 'rm -rf "$work"' EXIT
     private_apt "$work/apt" i386 deb
-    retry apt-get -y -qq --download-only install wine32 libwine fonts-wine >&2 || die "could not download Wine"
+    say "Fetching a 32-bit Wine into $wine_root (once): $(download_size install "${packages[@]}") to download, 1 GB on the disk"
+    retry with_progress apt-get -y -qq --download-only install "${packages[@]}" || die "could not download Wine"
     mkdir "$work/root"
+    say "Unpacking it"
     for package in "$work"/apt/cache/archives/*.deb; do
         dpkg -x "$package" "$work/root"
     done
