@@ -47,8 +47,14 @@ show_progress() {
     done
 }
 
-# with_progress COMMAND... - runs an apt-get that downloads or installs.
-with_progress() { "$@" -o APT::Status-Fd=1 </dev/null | show_progress; }
+# with_progress [sudo NAME=VALUE] APT-GET-ARGUMENT... - runs an apt-get that downloads or installs. Its status lines take
+# the place of its output; behind sudo, which closes all other files, only the standard ones are there.
+with_progress() {
+    local as_root=()
+    [[ $1 != sudo ]] || { as_root=("$1" "$2") && shift 2; }
+    # shellcheck disable=SC2016  # for the inner shell
+    "${as_root[@]}" sh -c 'exec apt-get -o APT::Status-Fd=3 "$@" 3>&1 >/dev/null' sh "$@" </dev/null | show_progress
+}
 
 # install_packages GROUP... - installs what is missing; asks nothing of apt when nothing is.
 install_packages() {
@@ -62,6 +68,6 @@ install_packages() {
     say "Asking for Debian packages: ${missing[*]}"
     retry "${as_root[@]}" apt-get update -qq >&2 || die "apt-get update failed"
     say "Installing them: $(download_size install "${missing[@]}") to download"
-    retry with_progress "${as_root[@]}" apt-get install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 \
+    retry with_progress "${as_root[@]}" install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 \
         "${missing[@]}" || die "apt-get could not install: ${missing[*]}"
 }

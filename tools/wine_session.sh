@@ -19,7 +19,7 @@ fetch_wine() (
     trap 'rm -rf "$work"' EXIT
     private_apt "$work/apt" i386 deb
     say "Fetching a 32-bit Wine into $wine_root (once): $(download_size install "${packages[@]}") to download, 1 GB on the disk"
-    retry with_progress apt-get -y -qq --download-only install "${packages[@]}" || die "could not download Wine"
+    retry with_progress install -y -qq --download-only "${packages[@]}" || die "could not download Wine"
     mkdir "$work/root"
     say "Unpacking it"
     for package in "$work"/apt/cache/archives/*.deb; do

@@ -10,6 +10,7 @@
 #include "com/fp_scope.h"
 #include "com/variant_convert.h"
 #include "common/host_program.h"
+#include "common/interactive.h"
 #include "common/owner_window.h"
 
 namespace vrx {
@@ -59,11 +60,25 @@ std::wstring versionTitle(const std::wstring& path) {
     return title;
 }
 
-/// A service without a desktop that anybody sees would wait for ever for an answer.
-bool windowsAreVisible() {
-    USEROBJECTFLAGS flags{};
-    return !GetUserObjectInformationW(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags, nullptr) ||
-           (flags.dwFlags & WSF_VISIBLE) != 0;
+/// The buttons of each kind of message box, from the first to the last.
+constexpr std::array<std::array<int, 3>, 7> kButtons = {{
+    {IDOK},
+    {IDOK, IDCANCEL},
+    {IDABORT, IDRETRY, IDIGNORE},
+    {IDYES, IDNO, IDCANCEL},
+    {IDYES, IDNO},
+    {IDRETRY, IDCANCEL},
+    {IDCANCEL, IDTRYAGAIN, IDCONTINUE},
+}};
+
+/// What Enter would answer. As in a box that is shown, the first button is the default where the style asks
+/// for one that the box does not have; a kind of box that there is not gives no answer.
+int defaultAnswer(unsigned style) {
+    const std::size_t kind = style & MB_TYPEMASK;
+    if (kind >= kButtons.size()) return 0;
+    const std::size_t index = (style & MB_DEFMASK) / MB_DEFBUTTON2;
+    const auto& buttons = kButtons[kind];
+    return index < buttons.size() && buttons[index] != 0 ? buttons[index] : buttons[0];
 }
 
 }  // namespace
@@ -75,7 +90,7 @@ std::u16string hostTitle() {
 }
 
 int showMessage(const std::u16string& message, unsigned style, const std::u16string& title) {
-    if (!windowsAreVisible()) return 0;
+    if (!isInteractive()) return defaultAnswer(style);
     const std::wstring text = toWide(message);
     const std::wstring caption = toWide(title.empty() ? hostTitle() : title);
     const HostFpScope host;

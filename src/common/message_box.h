@@ -6,8 +6,7 @@
 namespace vrx {
 
 /// Shows a message with the platform's message-box style and returns the button pressed. Without a title the
-/// host application's stands there. In a process whose windows nobody can see nothing is shown, and 0
-/// returned.
+/// host application's stands there. Where there is no user nothing is shown, and the default button returned.
 int showMessage(const std::u16string& message, unsigned style, const std::u16string& title = {});
 
 /// What the host application calls itself: the description or product name of its version information,

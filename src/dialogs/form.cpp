@@ -6,6 +6,7 @@
 #include "com/fp_scope.h"
 #include "com/variant_convert.h"
 #include "common/engine/error.h"
+#include "common/interactive.h"
 #include "common/message_loop.h"
 #include "common/owner_window.h"
 #include "dialogs/dpi.h"
@@ -90,6 +91,7 @@ void Form::load(HWND owner) {
 }
 
 void Form::showModal() {
+    if (!isInteractive()) throw platformError(Platform::InvalidCall);
     load(ownerWindow());
     {
         ModalLoop loop(*this);
