@@ -12,6 +12,8 @@ VrxCommon: a COM automation component for HDR pictures (Windows), built and test
   ./vrx demo --see [PICTURE.hdr]     show a picture in the zoom window; without a display, in build/demo/see.png
   ./vrx demo --dialog [PICTURE.hdr]  open the dialog that loads HDR pictures; without a display, build/demo/dialog.png
   ./vrx test [--win64]               run every test: engine, component and samples in Wine, package, fuzz corpus
+  ./vrx test --checked               run the component's tests with traps for undefined behaviour
+  ./vrx test --wine PATH             run the component's tests in another Wine, whose wineserver stands beside it
   ./vrx build [--win64]              build the component, its tests and samples into build/win32/bin
   ./vrx package [--win64]            make dist/VrxCommon-VERSION-win32.zip, what users of the component install
   ./vrx bench [--win32]              run the benchmarks on this machine, or those for Windows in Wine

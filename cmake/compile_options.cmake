@@ -15,6 +15,13 @@ if(WIN32)
     add_link_options(-static)
 endif()
 
+if(VRX_TRAPS)
+    # A trap is an illegal instruction, so no run-time library is needed. The system's own interfaces give objects of
+    # other types than ours (vptr) and data that is not aligned.
+    add_compile_options(-fsanitize=undefined -fno-sanitize=vptr,alignment -fsanitize-undefined-trap-on-error)
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)
+endif()
+
 if(VRX_FUZZ)
     # fuzzer-no-link adds the coverage counters; each target links libFuzzer itself (fuzz_target.cmake).
     add_compile_options(-fsanitize=fuzzer-no-link)

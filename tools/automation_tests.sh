@@ -1,16 +1,17 @@
 #!/bin/bash
-# automation_tests.sh [--win64] - tests the built component through COM and by its windows in a fresh Wine prefix; adds the
-# results to the tally.
+# automation_tests.sh [--win64 | --checked] - tests the built component through COM and by its windows in a fresh Wine
+# prefix; adds the results to the tally.
 
 . "$(dirname "$0")/common.sh"
 . "$tools/wine_session.sh"
 . "$tools/tally.sh"
 
 bits=$(bits_of "$@")
-bin=$build/win$bits/bin
+preset=$(preset_of "$@")
+bin=$build/$preset/bin
 component=$(windows_path "$bin/VrxCommon.dll")
 settings=$(windows_path "$bin/VrxSettings.dll")
-logs=$build/automation_logs/win$bits
+logs=$build/automation_logs/$preset
 
 # run_script SCRIPT - the script host ends with status 0 even after an error, so the last line must be OK.
 run_script() {
@@ -53,7 +54,7 @@ run_tests() {
 start_throwaway_session "$bits"
 mkdir -p "$logs"
 cd "$throwaway_folder"
-say "Automation tests for $bits-bit Windows"
+say "Automation tests of $preset"
 check "the component registers" in_wine 60 regsvr32 /s "$component"
 check "the settings component registers" in_wine 60 regsvr32 /s "$settings"
 for script in "$repo"/tests/automation/scripts/*.{vbs,js}; do

@@ -16,13 +16,22 @@ die() {
     exit 1
 }
 
-# bits_of [--win64] - prints 64 with the option, otherwise 32.
-bits_of() {
+# preset_of [--win64 | --checked] - prints the preset that builds the component of this kind; its folder in build/ has the
+# same name.
+preset_of() {
     case $* in
-        --win64) echo 64 ;;
-        '') echo 32 ;;
+        --win64) echo win64 ;;
+        --checked) echo checked ;;
+        '') echo win32 ;;
         *) die "not an option: $*" ;;
     esac
+}
+
+# bits_of [--win64 | --checked] - prints how wide the programs are for which this component is: 32 or 64.
+bits_of() {
+    local preset
+    preset=$(preset_of "$@") || exit
+    if [[ $preset == win64 ]]; then echo 64; else echo 32; fi
 }
 
 # project_version - prints the version of the product.

@@ -1,9 +1,20 @@
 #!/bin/bash
-# test.sh [--win64] - runs every test, or those of the component for 64-bit Windows; ends with one line, "N passed, N failed".
+# test.sh [--win64 | --checked] [--wine PATH] - runs every test, or those of the component for 64-bit Windows, or those of a
+# component in which undefined behaviour ends the program. With --wine only the tests that run in Wine, in that one.
+# Ends with one line, "N passed, N failed".
 
 . "$(dirname "$0")/common.sh"
 . "$tools/packages.sh"
 . "$tools/tally.sh"
+
+usage="usage: ./vrx test [--win64 | --checked] [--wine PATH]"
+
+# other_wine PATH - the tests run in this Wine, whose wineserver stands beside it.
+other_wine() {
+    [[ -x $1 && -x $(dirname "$1")/wineserver ]] || die "no Wine: $1"
+    VRX_WINE=$(realpath "$1")
+    export VRX_WINE
+}
 
 engine_tests() {
     build_preset native
@@ -13,30 +24,53 @@ engine_tests() {
     tally_ctest "$build/engine_tests.log"
 }
 
+# component_tests [OPTION] - the built component, seen from outside.
 component_tests() {
     "$tools/build.sh" "$@"
-    "$tools/structure_tests.sh" "$@"
     "$tools/automation_tests.sh" "$@"
+}
+
+# package_tests [OPTION] - what users get.
+package_tests() {
+    "$tools/structure_tests.sh" "$@"
     "$tools/package.sh" "$@"
     "$tools/package_test.sh" "$@"
     "$tools/sample_tests.sh" "$@"
 }
 
+all_tests() {
+    install_packages build native windows windows32 wine32 fuzz
+    engine_tests
+    component_tests
+    package_tests
+    "$tools/fuzz_replay.sh"
+}
+
+component=()
+VRX_WINE=
+while (($#)); do
+    case $1 in
+        --win64 | --checked) component+=("$1") ;;
+        --wine)
+            other_wine "${2:?$usage}"
+            shift
+            ;;
+        *) die "$usage" ;;
+    esac
+    shift
+done
+preset=$(preset_of "${component[@]}")
+
 mkdir -p "$build"
 rm -f "$tally_file"
-case ${1:-} in
-    '')
-        install_packages build native windows windows32 wine32 fuzz
-        engine_tests
-        component_tests
-        "$tools/fuzz_replay.sh"
-        ;;
-    --win64)
-        install_packages build windows windows64 wine64
-        component_tests --win64
-        ;;
-    *) die "usage: ./vrx test [--win64]" ;;
-esac
+if [[ -n ${VRX_WINE:-} || $preset == checked ]]; then
+    component_tests "${component[@]}"
+elif [[ $preset == win64 ]]; then
+    component_tests --win64
+    package_tests --win64
+else
+    all_tests
+fi
 
 echo
 report_tally

@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 # Sourced: a Wine of 32 or 64 bits, a display for it, and sessions in a Wine prefix.
-# A Wine on the PATH is used when it runs 32-bit programs; otherwise Debian's i386 Wine is unpacked into the cache folder.
+# The Wine that VRX_WINE names is used, or one on the PATH that runs 32-bit programs; otherwise Debian's i386 Wine is unpacked
+# into the cache folder.
 # The 64-bit Wine is the one that Debian installs.
 
 . "$tools/packages.sh"
@@ -43,6 +44,11 @@ choose_wine() {
     export WINEARCH=win$1
     wine_template=$wine_state/template$1
     install_packages "wine$1"
+    if [[ -n ${VRX_WINE:-} ]]; then
+        wine=$VRX_WINE wineserver=$(dirname "$VRX_WINE")/wineserver wine_libraries=
+        wine_template=$wine_template-$(cksum <<<"$wine $("$wine" --version)" | cut -d ' ' -f 1)
+        return
+    fi
     if [[ $1 == 64 ]]; then
         wine=/usr/lib/wine/wine64 wineserver=/usr/lib/wine/wineserver64 wine_libraries=
         export WINELOADER=$wine WINESERVER=$wineserver

@@ -65,6 +65,20 @@ bool isInSizing(HWND window) {
     return (info.flags & GUI_INMOVESIZE) != 0;
 }
 
+/// Holds the button down there until the window is being sized: a press is lost when the display shows the window elsewhere
+/// or below another one at that moment.
+void grip(HWND window, POINT corner) {
+    EXPECT_TRUE(eventually([&] {
+        moveMouse(corner);
+        pressMouse(MOUSEEVENTF_LEFTDOWN);
+        for (int i = 0; i < 100 && !isInSizing(window); ++i) Sleep(10);
+        if (isInSizing(window)) return true;
+        pressMouse(MOUSEEVENTF_LEFTUP);
+        settle(window);
+        return false;
+    }));
+}
+
 }  // namespace
 
 std::wstring textOf(HWND dialog, int id) { return captionOf(GetDlgItem(dialog, id)); }
@@ -135,9 +149,7 @@ void PatternWindow::setRampWidth(int width) const {
 void PatternWindow::dragCorner(int x, int y) const {
     SetWindowPos(window_, nullptr, 10, 10, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
     const POINT corner{10 + size().cx - 2, 10 + size().cy - 2};
-    moveMouse(corner);
-    pressMouse(MOUSEEVENTF_LEFTDOWN);
-    EXPECT_TRUE(eventually([&] { return isInSizing(window_); }));
+    grip(window_, corner);
     moveMouse({corner.x + x, corner.y + y});
     pressMouse(MOUSEEVENTF_LEFTUP);
     EXPECT_TRUE(eventually([&] { return !isInSizing(window_); }));
