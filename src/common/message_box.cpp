@@ -11,6 +11,7 @@
 #include "com/variant_convert.h"
 #include "common/host_program.h"
 #include "common/interactive.h"
+#include "common/modal_scope.h"
 #include "common/owner_window.h"
 
 namespace vrx {
@@ -93,8 +94,10 @@ int showMessage(const std::u16string& message, unsigned style, const std::u16str
     if (!isInteractive()) return defaultAnswer(style);
     const std::wstring text = toWide(message);
     const std::wstring caption = toWide(title.empty() ? hostTitle() : title);
+    const HWND owner = ownerWindow();
+    const ModalScope modality(owner);
     const HostFpScope host;
-    return MessageBoxW(ownerWindow(), text.c_str(), caption.c_str(), style);
+    return MessageBoxW(owner, text.c_str(), caption.c_str(), style);
 }
 
 }  // namespace vrx

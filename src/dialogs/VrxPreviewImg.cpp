@@ -4,6 +4,7 @@
 #include "common/message_loop.h"
 #include "dialogs/dpi.h"
 #include "dialogs/engine/preview_frame.h"
+#include "dialogs/picture_size.h"
 #include "dialogs/window_place.h"
 #include "raster/picture_file.h"
 
@@ -17,21 +18,6 @@ constexpr DISPID kClick = 1;
 
 constexpr wchar_t kMousePointer[] = L"MousePointer";
 constexpr wchar_t kMouseIcon[] = L"MouseIcon";
-
-struct PictureLengths {
-    OLE_XSIZE_HIMETRIC width = 0;
-    OLE_YSIZE_HIMETRIC height = 0;
-};
-
-/// Nothing without a picture or for an empty one.
-PictureLengths lengthsOf(const ComPtr<IPicture>& picture) {
-    PictureLengths lengths;
-    OLE_HANDLE handle = 0;
-    if (!picture || FAILED(picture->get_Handle(&handle)) || handle == 0) return lengths;
-    picture->get_Width(&lengths.width);
-    picture->get_Height(&lengths.height);
-    return lengths;
-}
 
 ComPtr<IPicture> pictureOf(IPictureDisp* picture) { return ComPtr<IPictureDisp>(picture).as<IPicture>(); }
 
@@ -102,13 +88,11 @@ STDMETHODIMP VrxPreviewImg::get_File(BSTR* value) {
 }
 
 STDMETHODIMP VrxPreviewImg::get_ImageWidth(long* value) {
-    return answer(value,
-                  [&] { return pixelsOfPictureLength(lengthsOf(view_.picture()).width, screenDpi().x); });
+    return answer(value, [&] { return screenSizeOf(view_.picture()).width; });
 }
 
 STDMETHODIMP VrxPreviewImg::get_ImageHeight(long* value) {
-    return answer(value,
-                  [&] { return pixelsOfPictureLength(lengthsOf(view_.picture()).height, screenDpi().y); });
+    return answer(value, [&] { return screenSizeOf(view_.picture()).height; });
 }
 
 STDMETHODIMP VrxPreviewImg::get_MousePointer(short* value) {
@@ -194,7 +178,8 @@ void VrxPreviewImg::viewClicked() {
 
 void VrxPreviewImg::headerLoaded(std::int32_t dimX, std::int32_t dimY) {
     view_.setPicture({});
-    frameFor(dimX, dimY);
+    if (dimX > 0 && dimY > 0) return frameFor(dimX, dimY);
+    view_.setFrame({});
 }
 
 void VrxPreviewImg::pictureRefreshed(ComPtr<IPicture> picture) { view_.setPicture(std::move(picture)); }

@@ -61,6 +61,8 @@ class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, EventSource, BagPe
     void setOwner(PreviewOwner* owner) { owner_ = owner; }
     [[nodiscard]] HWND window() const { return view_.window(); }
     [[nodiscard]] const ComPtr<IPicture>& picture() const { return view_.picture(); }
+    /// Whether an HDR file that `File` has named is still being loaded.
+    [[nodiscard]] bool loadsFile() const { return hdr_.previews(); }
 
     /// Whoever asks for persistence without telling which means that of a property bag.
     STDMETHODIMP QueryInterface(REFIID iid, void** object) override {

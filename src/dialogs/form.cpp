@@ -34,19 +34,22 @@ void keepSizeOnEveryScreen(HWND dialog) {
 
 }  // namespace
 
-/// Disables a form's owner while the form is shown modally, and gives the focus back afterwards.
+/// Disables the other windows while a form is shown modally, and gives the activation back afterwards.
 class Form::ModalLoop {
   public:
-    explicit ModalLoop(Form& form) : form_(form), owner_(GetWindow(form.window_, GW_OWNER)) {
-        ownerWasEnabled_ = owner_ && !EnableWindow(owner_, FALSE);
+    explicit ModalLoop(Form& form)
+        : form_(form), active_(GetActiveWindow()), owner_(GetWindow(form.window_, GW_OWNER)) {
+        form_.modality_.emplace(form_.window_);
     }
     ModalLoop(const ModalLoop&) = delete;
     ModalLoop& operator=(const ModalLoop&) = delete;
     ~ModalLoop() {
-        // The owner first: hiding the active window would otherwise activate another program's.
-        if (ownerWasEnabled_) EnableWindow(owner_, TRUE);
-        if (form_.window_) ShowWindow(form_.window_, SW_HIDE);
-        if (owner_) SetActiveWindow(owner_);
+        // The others first: hiding the active window would otherwise activate another program's.
+        form_.modality_.reset();
+        if (!form_.window_) return;
+        // A user who is in another window by now stays there.
+        if (GetActiveWindow() == form_.window_ && !activate(active_)) activate(owner_);
+        ShowWindow(form_.window_, SW_HIDE);
     }
 
     void run() {
@@ -67,9 +70,15 @@ class Form::ModalLoop {
     }
 
   private:
+    /// False for a window that the user cannot work in.
+    static bool activate(HWND window) {
+        if (!window || !IsWindowVisible(window) || !IsWindowEnabled(window)) return false;
+        return SetActiveWindow(window) != nullptr;
+    }
+
     Form& form_;
+    HWND active_;
     HWND owner_;
-    bool ownerWasEnabled_ = false;
 };
 
 Form::~Form() {
@@ -130,6 +139,7 @@ void Form::unload() {
 void Form::forgetWindow() {
     window_ = nullptr;
     shown_ = false;
+    modality_.reset();
     // Without the window no message may come that ends a modal loop.
     PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }
@@ -190,6 +200,10 @@ bool Form::dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {
             onLoad();
             answer = TRUE;
             return true;
+        case WM_WINDOWPOSCHANGING:
+            // Whoever hides or destroys the window: the system then looks for another one to activate.
+            if (reinterpret_cast<const WINDOWPOS*>(longer)->flags & SWP_HIDEWINDOW) modality_.reset();
+            return false;
         case WM_DESTROY:
             if (std::exchange(mustUnload_, false)) onUnload();
             return false;

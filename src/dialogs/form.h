@@ -6,9 +6,11 @@
 #include <windows.h>
 
 #include <exception>
+#include <optional>
 #include <string>
 
 #include "com/module.h"
+#include "common/modal_scope.h"
 
 namespace vrx {
 
@@ -24,8 +26,9 @@ class Form {
 
     /// Makes the window, hidden, and calls onLoad. Does nothing for a form that is loaded.
     void load(HWND owner);
-    /// Loads and shows the form, and returns when it is hidden or closed. The owner, the thread's active
-    /// window, is disabled meanwhile. Throws what a message handler threw.
+    /// Loads and shows the form, and returns when it is hidden or closed. Meanwhile the thread's other
+    /// windows are disabled; afterwards the one that was active is active again. Throws what a message
+    /// handler threw.
     void showModal();
     /// Loads and shows the form, and returns.
     void show(HWND owner);
@@ -84,6 +87,7 @@ class Form {
     HWND window_ = nullptr;
     bool shown_ = false;
     bool mustUnload_ = false;
+    std::optional<ModalScope> modality_;
     std::exception_ptr failure_;
     ModuleLock lock_;
 };

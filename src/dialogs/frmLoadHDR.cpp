@@ -15,6 +15,12 @@ constexpr LoadDialogKind kKind{IDD_FRMLOADHDR, kTypes, settings::kHdrLoaderPath,
 // How often the waiting messages get their turn before a load begins again with the sliders' new values.
 constexpr int kMessagePasses = 200;
 
+bool isEmpty(_CVrxHDR& object) {
+    long width = 0;
+    object.get_DimX(&width);
+    return width < 1;
+}
+
 }  // namespace
 
 frmLoadHDR::frmLoadHDR() : LoadDialog(kKind), hdr_(*this) {}
@@ -43,7 +49,7 @@ void frmLoadHDR::applyGamma() {
 
 /// A preview that is being loaded goes on with the new file, so it must not be told to end.
 void frmLoadHDR::showChosenFile() {
-    if (hdr_ && previews_ == 0) objHDR()->Init();
+    if (hdr_ && !preview().loadsFile()) objHDR()->Init();
     applyExposure();
     applyGamma();
     loadPreview();
@@ -51,9 +57,9 @@ void frmLoadHDR::showChosenFile() {
 
 void frmLoadHDR::loadPreview() {
     const std::u16string name = chosen();
-    ++previews_;
     setPreviewFile(name);
-    --previews_;
+    // An empty file comes as a picture of one pixel.
+    if (hdr_ && isEmpty(*objHDR())) preview().put_Picture(nullptr);
     // Another file may have been chosen meanwhile.
     if (!closing() && chosen() == name) setChosen(previewFile());
 }
@@ -68,34 +74,30 @@ void frmLoadHDR::onScroll(HWND /*control*/, int /*code*/) {
     if ((exposureMoved || gammaMoved) && previewOn()) refreshPreview();
 }
 
+/// Shows the sliders' new values: a whole picture is painted again, any other is loaded again.
 void frmLoadHDR::refreshPreview() {
     if (showsWholePicture()) {
         objHDR()->Get_BMP();
         UpdateWindow(preview().window());
         return;
     }
-    // A slider moved in one of the passes: the load that begins after the last one takes its value too.
-    if (letsMessagesPass_) return;
-    letsMessagesPass_ = true;
-    bool running = true;
-    for (int i = 0; i < kMessagePasses && running && !closing(); ++i) running = doEvents();
-    letsMessagesPass_ = false;
-    if (running && !closing()) loadPreview();
+    // A slider that moves while messages pass is seen by the load that begins after the last of them.
+    if (!messagesPass_ && letMessagesPass()) loadPreview();
+}
+
+/// False when the dialog or the program ends meanwhile.
+bool frmLoadHDR::letMessagesPass() {
+    messagesPass_ = true;
+    int passes = 0;
+    while (passes < kMessagePasses && !closing() && doEvents()) ++passes;
+    messagesPass_ = false;
+    return passes == kMessagePasses && !closing();
 }
 
 bool frmLoadHDR::showsWholePicture() const {
-    long width = 0;
     VARIANT_BOOL loading = VARIANT_FALSE;
-    objHDR()->get_DimX(&width);
     objHDR()->get_HDRLoading(&loading);
-    return width >= 1 && loading == VARIANT_FALSE;
-}
-
-/// Init takes back what a slider has asked of the load before: to begin again when it ends.
-void frmLoadHDR::endPreview() {
-    if (!hdr_) return;
-    objHDR()->EndHDR();
-    if (previews_ > 0) objHDR()->Init();
+    return loading == VARIANT_FALSE && !isEmpty(*objHDR());
 }
 
 }  // namespace vrx

@@ -20,7 +20,7 @@ class frmLoadHDR final : public LoadDialog, private HdrListener {
     void onScroll(HWND control, int code) override;
 
     void showChosenFile() override;
-    void endPreview() override;
+    void endPreview() override { hdr_.endLoad(); }
     [[nodiscard]] ComPtr<_CVrxHDR> pictureSource() const override { return objHDR(); }
 
     void headerLoaded(std::int32_t dimX, std::int32_t dimY) override { SetImageSize(dimX, dimY); }
@@ -29,14 +29,14 @@ class frmLoadHDR final : public LoadDialog, private HdrListener {
     void applyExposure();
     void applyGamma();
     void refreshPreview();
+    [[nodiscard]] bool letMessagesPass();
     void loadPreview();
     [[nodiscard]] bool showsWholePicture() const;
 
     HdrConnection hdr_;
     Slider exposure_;
     Slider gamma_;
-    int previews_ = 0;  // that are being loaded, one within the other
-    bool letsMessagesPass_ = false;
+    bool messagesPass_ = false;
 };
 
 }  // namespace vrx

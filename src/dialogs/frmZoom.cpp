@@ -8,6 +8,7 @@
 #include "common/owner_window.h"
 #include "dialogs/dpi.h"
 #include "dialogs/engine/preview_frame.h"
+#include "dialogs/picture_size.h"
 #include "dialogs/resource.h"
 #include "dialogs/window_place.h"
 #include "raster/picture_file.h"
@@ -15,8 +16,12 @@
 namespace vrx {
 namespace {
 
-// Posted to start the decoding, when the activation of the window is over.
-constexpr UINT kStartPreview = WM_APP;
+/// Posted to start the decoding, when the activation of the window is over. Nobody else's message has its
+/// number.
+UINT startMessage() {
+    static const UINT message = RegisterWindowMessageW(L"VrxCommon.frmZoom.Start");
+    return message;
+}
 
 constexpr Extent kEmptyView{320, 240};
 constexpr std::array kLabels{IDC_LBLCOMP0, IDC_LBLCOMP1, IDC_LBLCOMP2};
@@ -40,9 +45,8 @@ void frmZoom::See_Image(const std::u16string& fileName) {
     hdrMode_ = false;
     startPreview_ = false;
     ComPtr<IPicture> picture = loadPicture(fileName);
-    const PictureSize size = pixelSizeOf(*picture.get());
+    const Extent size = screenSizeOf(picture);
     Set_BMP(std::move(picture), size.width, size.height);
-    picture_.setPointer(MousePointer::Cross);
 }
 
 void frmZoom::See_HDR(const std::u16string& fileName) {
@@ -58,6 +62,7 @@ void frmZoom::See_HDR(const std::u16string& fileName) {
 
 void frmZoom::Set_BMP(ComPtr<IPicture> picture, std::int32_t width, std::int32_t height) {
     load(ownerWindow());
+    picture_.setPointer(MousePointer::Cross);
     picture_.show(std::move(picture), {width, height});
     fitWindow();
 }
@@ -90,8 +95,12 @@ void frmZoom::onClose() {
 void frmZoom::onActivate(bool active) {
     if (!active) return;
     SetWindowPos(window(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    if (!hdrMode_ || !std::exchange(startPreview_, false)) return;
-    PostMessageW(window(), kStartPreview, 0, 0);
+    if (hdrMode_ && startPreview_) PostMessageW(window(), startMessage(), 0, 0);
+}
+
+/// Once, however often the window is activated, and not any more when it has been closed.
+void frmZoom::startPreview() {
+    if (hdrMode_ && std::exchange(startPreview_, false)) hdr_.preview(fileName_);
 }
 
 void frmZoom::onResize(int width, int height) {
@@ -116,10 +125,14 @@ void frmZoom::placeReadout(int width, int height) const {
     }
 }
 
-bool frmZoom::onMessage(UINT message, WPARAM wide, LPARAM /*longer*/, LRESULT& /*answer*/) {
+bool frmZoom::onMessage(UINT message, WPARAM wide, LPARAM longer, LRESULT& /*answer*/) {
+    if (message == startMessage()) {
+        startPreview();
+        return true;
+    }
     switch (message) {
-        case kStartPreview:
-            hdr_.preview(fileName_);
+        case WM_GETMINMAXINFO:
+            limitSize(*reinterpret_cast<MINMAXINFO*>(longer));
             return true;
         case WM_KEYDOWN:
             if (wide != VK_ESCAPE) return picture_.onKey(wide);
@@ -176,6 +189,13 @@ Extent frmZoom::borders() const {
     AdjustWindowRectEx(&outer, style & ~(WS_HSCROLL | WS_VSCROLL), FALSE, extended);
     return {static_cast<int>(outer.right - outer.left),
             static_cast<int>(outer.bottom - outer.top) + stripHeight()};
+}
+
+/// The values of a pixel have their room in the smallest window.
+void frmZoom::limitSize(MINMAXINFO& limits) const {
+    if (!hdrMode_) return;
+    const LONG needed = readout_.back().right + borders().width;
+    limits.ptMinTrackSize.x = std::max(limits.ptMinTrackSize.x, needed);
 }
 
 void frmZoom::fitWindow() {

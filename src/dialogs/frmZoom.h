@@ -42,10 +42,12 @@ class frmZoom final : public Form, private PictureViewOwner, private HdrListener
     void headerLoaded(std::int32_t dimX, std::int32_t dimY) override;
     void pictureRefreshed(ComPtr<IPicture> picture) override;
 
+    void startPreview();
     void showPixel();
     void showReadout(bool shown);
     void placeReadout(int width, int height) const;
     void fitWindow();
+    void limitSize(MINMAXINFO& limits) const;
     [[nodiscard]] int stripHeight() const;
     [[nodiscard]] Extent borders() const;
 

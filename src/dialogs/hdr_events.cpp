@@ -98,11 +98,17 @@ void HdrConnection::connect(ComPtr<_CVrxHDR> object) {
     object_ = std::move(object);
 }
 
-void HdrConnection::preview(const std::u16string& file) const {
+void HdrConnection::preview(const std::u16string& file) {
     if (!object_) throw platformError(Platform::ObjectNotSet);
+    // What happens meanwhile may connect another one.
     const ComPtr<_CVrxHDR> object = object_;
+    const Bstr name = toBstr(file);
     const auto running = isLoading() ? object.as<IHdrFriend>() : ComPtr<IHdrFriend>();
-    checkCall(running ? running->setFileName(toBstr(file).get()) : object->Get_Preview(toBstr(file).get()));
+    if (running) return checkCall(running->setFileName(name.get()));
+    ++previews_;
+    const HRESULT result = object->Get_Preview(name.get());
+    --previews_;
+    checkCall(result);
 }
 
 bool HdrConnection::isLoading() const {
@@ -111,7 +117,10 @@ bool HdrConnection::isLoading() const {
 }
 
 void HdrConnection::endLoad() const {
-    if (isLoading()) object_->EndHDR();
+    if (!isLoading()) return;
+    object_->EndHDR();
+    // A load that is to end still takes the wish to begin again; after this it does not.
+    object_->Init();
 }
 
 }  // namespace vrx

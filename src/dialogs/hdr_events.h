@@ -40,8 +40,11 @@ class HdrConnection {
 
     /// Loads a file with preview; a load that runs begins again with this file instead. Throws the object's
     /// failure, number, source and description; error 91 without an object.
-    void preview(const std::u16string& file) const;
-    /// Ends the object's load, where it has one.
+    void preview(const std::u16string& file);
+    /// Whether a load that preview() has begun still runs.
+    [[nodiscard]] bool previews() const { return previews_ > 0; }
+    /// Ends the object's load, where it has one, for good: it does not begin again, whatever was asked of it
+    /// or is asked of it until it has ended.
     void endLoad() const;
 
   private:
@@ -52,6 +55,7 @@ class HdrConnection {
     ComPtr<IConnectionPoint> point_;
     ComPtr<HdrSink> sink_;
     DWORD cookie_ = 0;
+    int previews_ = 0;  // that are being loaded, one within the other
 };
 
 }  // namespace vrx

@@ -47,6 +47,8 @@ void LoadDialog::onLoad() {
     placeControls();
     browser_.attach(window(), kind_.types);
     readSettings();
+    // The system gives the focus to the first control after this.
+    PostMessageW(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control(IDC_FILE1)), TRUE);
 }
 
 void LoadDialog::placeControls() {

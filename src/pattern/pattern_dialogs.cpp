@@ -6,6 +6,7 @@
 
 #include "com/fp_scope.h"
 #include "com/variant_convert.h"
+#include "common/modal_scope.h"
 
 namespace vrx {
 namespace {
@@ -47,6 +48,7 @@ std::optional<std::int32_t> chooseColor(HWND owner, std::int32_t color, CustomCo
     choice.rgbResult = static_cast<COLORREF>(color) & kColorBits;
     choice.lpCustColors = custom.data();
     choice.Flags = CC_RGBINIT;
+    const ModalScope modality(owner);
     const HostFpScope host;
     if (!ChooseColorW(&choice)) return std::nullopt;
     return static_cast<std::int32_t>(choice.rgbResult);
@@ -71,6 +73,7 @@ std::optional<std::u16string> choosePatternFile(HWND owner, PatternFileUse use, 
     choice.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
 
     const KeptFolder kept;
+    const ModalScope modality(owner);
     const HostFpScope host;
     const BOOL chosen = use == PatternFileUse::Load ? GetOpenFileNameW(&choice) : GetSaveFileNameW(&choice);
     if (!chosen) return std::nullopt;

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "VrxCommon.h"
+#include "accessible_names.h"
 #include "dialogs/resource.h"
 #include "host.h"
 #include "registry_folder.h"

@@ -282,6 +282,40 @@ TEST_F(LoadHdr, OpensAndClosesWithoutTheSettingsComponent) {
               blue_);
 }
 
+TEST_F(LoadHdr, OpensWithTheFocusWhereAFileIsChosen) {
+    EXPECT_EQ(load([](HWND dialog) {
+                  EXPECT_TRUE(eventually([&] { return host::focusIn(dialog) == item(dialog, IDC_FILE1); }));
+              }),
+              L"");
+}
+
+TEST_F(LoadHdr, ItsListsHaveNamesForScreenReaders) {
+    EXPECT_EQ(load([](HWND dialog) {
+                  EXPECT_EQ(host::namesOfTabStops(dialog),
+                            (std::vector<std::wstring>{L"Search in:", L"..", L"Folders", L"Files", L"Name:",
+                                                       L"Type:", L"Preview", L"Preview", L"Exposure",
+                                                       L"Gamma", L"Open", L"Cancel"}));
+              }),
+              L"");
+}
+
+TEST_F(LoadHdr, A0x0HdrFileShowsAnEmptyPreview) {
+    folder_.write(L"empty.hdr", host::headerFile(0, 0));
+    EXPECT_EQ(load([&](HWND dialog) {
+                  const host::FileBytes nothing = host::middleOfPreview(dialog);
+                  choose(dialog, L"orange.hdr");
+                  EXPECT_TRUE(eventuallyShows(dialog, colorOf(kOrange)));
+                  choose(dialog, L"empty.hdr");
+                  EXPECT_TRUE(eventually([&] { return textOf(dialog, IDC_LABEL6) == L"0"; }));
+                  EXPECT_TRUE(eventuallyShows(dialog, nothing));
+                  SetWindowPos(dialog, nullptr, 0, 0, 900, 700, SWP_NOMOVE | SWP_NOZORDER);
+                  EXPECT_TRUE(eventuallyShows(dialog, nothing));
+                  host::settle(dialog);
+                  EXPECT_EQ(host::middleOfPreview(dialog), nothing);
+              }),
+              L"");
+}
+
 TEST_F(LoadHdr, IsReachableByKeyboardInTheOrderOfReading) {
     constexpr int kOrder[] = {IDC_DRIVE1,  IDC_COMMAND3, IDC_DIR1,     IDC_FILE1,
                               IDC_TEXT1,   IDC_COMBO1,   IDC_CHECK1,   IDC_VRXPREVIMG,

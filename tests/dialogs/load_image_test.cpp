@@ -3,6 +3,7 @@
 #include "hdr_host.h"
 #include "leaks.h"
 #include "load_dialog_driver.h"
+#include "mouse.h"
 
 using host::choose;
 using host::eventually;
@@ -226,6 +227,44 @@ TEST_F(LoadImageFile, AClickOnThePreviewShowsThePictureInItsOwnSize) {
             EXPECT_TRUE(eventually([&] { return IsWindowEnabled(dialog) != FALSE; }));
         }),
         L"");
+}
+
+TEST_F(LoadImageFile, TheViewerOpenedByAClickOnThePreviewHasTheCrossPointerToo) {
+    EXPECT_EQ(
+        load([&](HWND dialog) {
+            const DWORD thread = GetWindowThreadProcessId(dialog, nullptr);
+            choose(dialog, L"red.bmp");
+            EXPECT_TRUE(eventuallyShows(dialog, colorOf(kRed)));
+            const host::Pixels view = host::shownIn(item(dialog, IDC_VRXPREVIMG));
+            host::click(item(dialog, IDC_VRXPREVIMG), view.width / 2, view.height / 2);
+            HWND viewer = nullptr;
+            EXPECT_TRUE(eventually([&] { return (viewer = host::windowOf(thread, kViewer)) != nullptr; }));
+            RECT shown{};
+            GetWindowRect(item(viewer, IDC_IMGPREVIEW), &shown);
+            host::moveMouse({(shown.left + shown.right) / 2, (shown.top + shown.bottom) / 2});
+            EXPECT_TRUE(
+                eventually([&] { return host::pointerOver(item(viewer, IDC_IMGPREVIEW)) == IDC_CROSS; }));
+            PostMessageW(viewer, WM_CLOSE, 0, 0);
+            EXPECT_TRUE(eventually([&] { return IsWindowEnabled(dialog) != FALSE; }));
+        }),
+        L"");
+}
+
+TEST_F(LoadImageFile, OpensWithTheFocusWhereAFileIsChosen) {
+    EXPECT_EQ(load([](HWND dialog) {
+                  EXPECT_TRUE(eventually([&] { return host::focusIn(dialog) == item(dialog, IDC_FILE1); }));
+              }),
+              L"");
+}
+
+TEST_F(LoadImageFile, ItsListsHaveNamesForScreenReaders) {
+    EXPECT_EQ(load([](HWND dialog) {
+                  EXPECT_EQ(
+                      host::namesOfTabStops(dialog),
+                      (std::vector<std::wstring>{L"Search in:", L"..", L"Folders", L"Files", L"Name:",
+                                                 L"Type:", L"Preview", L"Preview", L"Open", L"Cancel"}));
+              }),
+              L"");
 }
 
 TEST_F(LoadImageFile, LeavesNothingBehindAfterTwoHundredOpenings) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "dialogs/resource.h"
+#include "mouse.h"
 
 namespace host {
 namespace {
@@ -37,18 +38,6 @@ COLORREF pixelOf(HWND window, int x, int y) {
     const COLORREF color = GetPixel(dc, x, y);
     ReleaseDC(window, dc);
     return color;
-}
-
-/// Within the screen.
-void moveMouse(POINT target) {
-    target.x = std::clamp<LONG>(target.x, 0, GetSystemMetrics(SM_CXSCREEN) - 1);
-    target.y = std::clamp<LONG>(target.y, 0, GetSystemMetrics(SM_CYSCREEN) - 1);
-    EXPECT_TRUE(eventually([&] {
-        POINT place{};
-        SetCursorPos(target.x, target.y);
-        GetCursorPos(&place);
-        return place.x == target.x && place.y == target.y;
-    }));
 }
 
 void pressMouse(DWORD event) {

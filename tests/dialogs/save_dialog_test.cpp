@@ -1,5 +1,6 @@
 #include "save_dialog_test.h"
 
+#include "accessible_names.h"
 #include "host.h"
 #include "leaks.h"
 
@@ -22,28 +23,9 @@ std::vector<std::wstring> rowsOf(HWND list, UINT count, UINT length, UINT text) 
     return rows;
 }
 
-bool isLabel(HWND window) {
-    wchar_t name[16] = {};
-    GetClassNameW(window, name, 16);
-    return std::wstring(name) == L"Static";
-}
-
-std::wstring nameOf(HWND control) {
-    wchar_t name[16] = {};
-    GetClassNameW(control, name, 16);
-    if (std::wstring(name) == L"Button") return host::captionOf(control);
-    const HWND before = GetWindow(control, GW_HWNDPREV);
-    return before && isLabel(before) ? host::captionOf(before) : L"";
-}
-
 }  // namespace
 
-HWND OpenSaveDialog::focus() const {
-    GUITHREADINFO info{};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &info);
-    return info.hwndFocus;
-}
+HWND OpenSaveDialog::focus() const { return host::focusIn(window_); }
 
 int OpenSaveDialog::row(int comboBox) const {
     return static_cast<int>(send(control(comboBox), CB_GETCURSEL));
@@ -158,14 +140,7 @@ std::wstring SaveDialogTest::remembered(const std::wstring& name) const {
 void SaveDialogTest::expectNamesInOrder(const std::vector<std::wstring>& names) const {
     quietlyDuring([&](const OpenSaveDialog& dialog) {
         dialog.choose(IDC_COMBO1, static_cast<int>(dialog.rows(IDC_COMBO1).size()) - 2);
-        std::vector<std::wstring> found;
-        HWND control = GetWindow(dialog.window(), GW_CHILD);
-        for (; control; control = GetWindow(control, GW_HWNDNEXT)) {
-            const auto style = static_cast<DWORD>(GetWindowLongW(control, GWL_STYLE));
-            if ((style & (WS_TABSTOP | WS_VISIBLE | WS_DISABLED)) == (WS_TABSTOP | WS_VISIBLE))
-                found.push_back(nameOf(control));
-        }
-        EXPECT_EQ(found, names);
+        EXPECT_EQ(host::namesOfTabStops(dialog.window()), names);
     });
 }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 
 #include "VrxCommon.h"
@@ -40,6 +41,20 @@ inline bool eventuallyShows(HWND viewer, const Pixels& picture) {
         const Pixels shown = shownIn(viewOf(viewer));
         return partOf(shown, start.x, start.y, picture.width, picture.height) == picture;
     });
+}
+
+inline constexpr std::array kLabels{IDC_LBLCOMP0, IDC_LBLCOMP1, IDC_LBLCOMP2};
+inline constexpr wchar_t kNoReadout[] = L"00000.0000 00000.0000 00000.0000 ";
+
+inline std::wstring labelsOf(HWND viewer) {
+    std::wstring texts;
+    for (const int label : kLabels) texts += captionOf(GetDlgItem(viewer, label)) + L" ";
+    return texts;
+}
+
+/// A move of the mouse over the picture, which begins here.
+inline void pointAt(HWND viewer, POINT start, int x, int y) {
+    SendMessageW(viewOf(viewer), WM_MOUSEMOVE, 0, MAKELPARAM(start.x + x, start.y + y));
 }
 
 class Viewer : public testing::Test {

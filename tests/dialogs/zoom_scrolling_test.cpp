@@ -59,7 +59,10 @@ class ViewerOfALargePicture : public host::Viewer {
     [[nodiscard]] SIZE view() const { return host::innerOf(viewOf(viewer_)); }
     void press(WPARAM key) const { PostMessageW(focus(), WM_KEYDOWN, key, 1); }
     void turnWheel(UINT message, int notches, WORD keys = 0) const {
-        PostMessageW(focus(), message, MAKEWPARAM(keys, notches * WHEEL_DELTA), 0);
+        turnWheelBy(message, notches * WHEEL_DELTA, keys);
+    }
+    void turnWheelBy(UINT message, int delta, WORD keys = 0) const {
+        PostMessageW(focus(), message, MAKEWPARAM(keys, delta), 0);
     }
     void mouse(UINT message, WPARAM buttons, int x, int y) const {
         PostMessageW(viewOf(viewer_), message, buttons, MAKELPARAM(x, y));
@@ -133,6 +136,49 @@ TEST_F(ViewerOfALargePicture, ScrollsToTheSidesByATiltedWheel) {
         expectCorner(kNotch, 0);
         turnWheel(kHorizontalWheel, -1);
         expectCorner(0, 0);
+    });
+}
+
+TEST_F(ViewerOfALargePicture, AddsSmallWheelStepsUp) {
+    withViewer([&] {
+        for (int i = 0; i < WHEEL_DELTA; ++i) turnWheelBy(WM_MOUSEWHEEL, -1);
+        expectCorner(0, kNotch);
+        for (int i = 0; i < 3; ++i) turnWheelBy(kHorizontalWheel, WHEEL_DELTA / 3);
+        expectCorner(kNotch, kNotch);
+    });
+}
+
+/// What the user has chosen for a notch, for as long as this exists.
+class LinesPerNotch {
+  public:
+    explicit LinesPerNotch(UINT lines) {
+        SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &before_, 0);
+        SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, lines, nullptr, 0);
+    }
+    LinesPerNotch(const LinesPerNotch&) = delete;
+    LinesPerNotch& operator=(const LinesPerNotch&) = delete;
+    ~LinesPerNotch() { SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, before_, nullptr, 0); }
+
+  private:
+    UINT before_ = 3;
+};
+
+TEST_F(ViewerOfALargePicture, ScrollsTheUsersLinesByEachNotch) {
+    withViewer([&] {
+        {
+            const LinesPerNotch five(5);
+            turnWheel(WM_MOUSEWHEEL, -1);
+            expectCorner(0, 5 * kLine);
+        }
+        {
+            const LinesPerNotch page(WHEEL_PAGESCROLL);
+            turnWheel(WM_MOUSEWHEEL, -1);
+            expectCorner(0, 5 * kLine + view().cy);
+        }
+        const LinesPerNotch none(0);
+        turnWheel(WM_MOUSEWHEEL, 1);
+        host::settle(viewer_);
+        expectCorner(0, 5 * kLine + view().cy);
     });
 }
 

@@ -65,8 +65,7 @@ std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM lon
             press_.reset();
             return 0;
         case WM_MOUSEMOVE:
-            if (!((wide & MK_LBUTTON) && drag(pointer)) && PtInRect(&frame_, pointer))
-                owner_.viewPointed(pointer.x - frame_.left, pointer.y - frame_.top);
+            if (!((wide & MK_LBUTTON) && drag(pointer))) point(pointer);
             return 0;
         case WM_GETDLGCODE:
             if (!has(kKeysForParent)) return std::nullopt;
@@ -94,6 +93,17 @@ std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM lon
         default:
             return std::nullopt;
     }
+}
+
+void PictureView::point(POINT pointer) const {
+    if (PtInRect(&frame_, pointer)) owner_.viewPointed(pointer.x - frame_.left, pointer.y - frame_.top);
+}
+
+/// Only where the view is what the mouse is over, and not another window in front of it.
+void PictureView::pointAgain() const {
+    POINT pointer{};
+    if (!window() || !GetCursorPos(&pointer) || WindowFromPoint(pointer) != window()) return;
+    if (ScreenToClient(window(), &pointer)) point(pointer);
 }
 
 void PictureView::press(POINT pointer) {

@@ -51,6 +51,8 @@ class PictureView final : public CustomControl {
     void setPicture(ComPtr<IPicture> picture);
     [[nodiscard]] const RECT& frame() const { return frame_; }
     void setFrame(const RECT& frame);
+    /// Tells the owner where a resting mouse points, for a frame that has moved under it.
+    void pointAgain() const;
     /// Over the frame.
     void setPointer(MousePointer pointer) { pointer_ = pointer; }
     [[nodiscard]] MousePointer pointer() const { return pointer_; }
@@ -66,6 +68,7 @@ class PictureView final : public CustomControl {
     };
 
     std::optional<LRESULT> handle(UINT message, WPARAM wide, LPARAM longer) override;
+    void point(POINT pointer) const;
     void press(POINT pointer);
     bool drag(POINT pointer);
     void release(POINT pointer);

@@ -9,7 +9,16 @@ namespace vrx {
 namespace {
 
 constexpr int kLine = 24;  // pixels that an arrow scrolls
-constexpr int kLinesPerNotch = 3;
+
+// What the user has chosen for one notch; the second one is there since Windows Vista.
+constexpr UINT kLinesSetting = SPI_GETWHEELSCROLLLINES;
+constexpr UINT kColumnsSetting = 0x006C;
+constexpr UINT kUsualLines = 3;
+
+UINT userSetting(UINT setting) {
+    UINT lines = kUsualLines;
+    return SystemParametersInfoW(setting, 0, &lines, 0) ? lines : kUsualLines;
+}
 
 struct KeyScroll {
     WPARAM key;
@@ -89,13 +98,13 @@ bool ScrolledPicture::onKey(WPARAM key) {
 bool ScrolledPicture::onWheel(UINT message, WPARAM wide) {
     const bool tilted = message == kHorizontalWheel;
     if (!tilted && message != WM_MOUSEWHEEL) return false;
-    const LONG turned = GET_WHEEL_DELTA_WPARAM(wide) * kLinesPerNotch * kLine / WHEEL_DELTA;
-    if (tilted) {
-        scrollTo({scrolled_.x + turned, scrolled_.y});
-    } else if (GET_KEYSTATE_WPARAM(wide) & MK_SHIFT) {
-        scrollTo({scrolled_.x - turned, scrolled_.y});
+    const SIZE page = view_.size();
+    const int turn = GET_WHEEL_DELTA_WPARAM(wide) * (tilted ? 1 : -1);
+    const UINT lines = userSetting(tilted ? kColumnsSetting : kLinesSetting);
+    if (tilted || (GET_KEYSTATE_WPARAM(wide) & MK_SHIFT)) {
+        scrollTo({scrolled_.x + right_.pixels(turn, pixelsOfNotch(lines, kLine, page.cx)), scrolled_.y});
     } else {
-        scrollTo({scrolled_.x, scrolled_.y - turned});
+        scrollTo({scrolled_.x, scrolled_.y + down_.pixels(turn, pixelsOfNotch(lines, kLine, page.cy))});
     }
     return true;
 }
@@ -139,6 +148,7 @@ void ScrolledPicture::layOut() {
     const LONG top = contentStart(height, picture_.height, scrolled_.y);
     view_.setFrame({left, top, left + picture_.width, top + picture_.height});
     layingOut_ = false;
+    view_.pointAgain();
 }
 
 }  // namespace vrx

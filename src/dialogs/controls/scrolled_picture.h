@@ -3,13 +3,15 @@
 #pragma once
 
 #include "dialogs/controls/picture_view.h"
+#include "dialogs/engine/wheel.h"
 #include "dialogs/engine/zoom_layout.h"
 
 namespace vrx {
 
 class ScrolledPicture final : private PictureViewOwner {
   public:
-    /// The owner hears of clicks and of the pointer.
+    /// The owner hears of clicks and of the pointer, which may come to another place of the picture without a
+    /// move of the mouse.
     explicit ScrolledPicture(PictureViewOwner& owner) : owner_(owner), view_(*this) {}
 
     void create(HWND parent, int id, const RECT& place) {
@@ -45,6 +47,8 @@ class ScrolledPicture final : private PictureViewOwner {
     PictureView view_;
     Extent picture_{};
     POINT scrolled_{};
+    WheelTurns down_;
+    WheelTurns right_;
     bool layingOut_ = false;
 };
 
