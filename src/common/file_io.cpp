@@ -141,6 +141,16 @@ bool findsFile(const std::u16string& path) {
     return more;
 }
 
+bool takesFiles(const std::u16string& folder) {
+    try {
+        const FileReplacement probe(folder + u"\\~vrx");
+        return true;
+    } catch (const Error& error) {
+        const auto reason = static_cast<Platform>(error.number);
+        return reason != Platform::PathFileAccess && reason != Platform::PermissionDenied;
+    }
+}
+
 std::u16string temporaryFolder() {
     wchar_t folder[MAX_PATH + 1];
     const DWORD length = GetTempPathW(MAX_PATH + 1, folder);

@@ -27,6 +27,10 @@ void copyFile(const std::u16string& source, const std::u16string& target);
 /// Whether there is a file of this name, which may hold wildcards. Folders do not count.
 [[nodiscard]] bool findsFile(const std::u16string& path);
 
+/// Whether new files can be made in a folder; true as well where something else keeps them from being
+/// written, like a full disk.
+[[nodiscard]] bool takesFiles(const std::u16string& folder);
+
 /// The user's folder for temporary files, with a backslash at its end.
 [[nodiscard]] std::u16string temporaryFolder();
 

@@ -25,18 +25,13 @@ constexpr std::array kExpositionTypes{L"Attenuate Max", L"Attenuate All"};
 // In place of an exposure and a gamma: the object's own.
 constexpr float kOwn = -1;
 
-/// Makes a BMP file of the picture, which stays until the next one, in the host's folder or, where that takes
-/// no files, in the user's temporary one. Returns its name.
-std::u16string writeTemporaryBitmap(_CVrxHDR& object, const std::u16string& target) {
-    const std::u16string hosts = temporaryFileName(hostFolder());
+/// The file that holds the picture as a bitmap until the next one: in the host's folder or, where that takes
+/// no files, in the user's temporary one.
+std::u16string temporaryBitmap(const std::u16string& target) {
+    std::u16string hosts = temporaryFileName(hostFolder());
     // The file that the user wants may have this very name.
-    if (!equalInUpperCase(hosts, target)) {
-        const HRESULT written = object.Convert_HDR_to_BMP(toBstr(hosts).get(), kOwn, kOwn);
-        if (SUCCEEDED(written)) return hosts;
-    }
-    std::u16string users = temporaryFileName(temporaryFolder());
-    checkCall(object.Convert_HDR_to_BMP(toBstr(users).get(), kOwn, kOwn));
-    return users;
+    if (!equalInUpperCase(hosts, target) && takesFiles(hostFolder())) return hosts;
+    return temporaryFileName(temporaryFolder());
 }
 
 }  // namespace
@@ -121,9 +116,11 @@ void frmSaveHDR::refresh() {
 /// The preview follows by the object's event. What cannot be painted is not shown; it may be saved all the
 /// same.
 void frmSaveHDR::render() {
+    if (FAILED(object_->Get_BMP())) return;
     long width = 0;
     object_->get_DimX(&width);
-    if (width < 1 || FAILED(object_->Get_BMP())) return;
+    // An object without pixels paints a single one.
+    if (width < 1) preview_->put_Picture(nullptr);
     // After a picture that could not be painted there is no frame yet.
     preview_->FitPicture();
 }
@@ -135,7 +132,9 @@ void frmSaveHDR::writePicture(SaveFormat format, const std::u16string& fullName)
         checkCall(object_->Save_HDR(toBstr(fullName).get(), written.put()));
         return;
     }
-    writeBitmap(writeTemporaryBitmap(*object_, fullName), format, fullName);
+    const std::u16string bitmap = temporaryBitmap(fullName);
+    checkCall(object_->Convert_HDR_to_BMP(toBstr(bitmap).get(), kOwn, kOwn));
+    writeBitmap(bitmap, format, fullName);
 }
 
 }  // namespace vrx

@@ -131,19 +131,13 @@ void SaveDialog::writeJpeg(const std::u16string& bitmapFile, const std::u16strin
     if (!writeSection(section, fullName)) showMessage(save_text::jpegFailure(fullName), MB_ICONEXCLAMATION);
 }
 
-/// The codec knows names of the 8-bit code page only, so it writes a file of another name first. A target
-/// that takes no file is told like a codec that cannot write it; a codec that is missing is an error of its
-/// own.
+/// The codec knows names of the 8-bit code page only, so it writes a file of another name first. Where that
+/// one cannot be put in its place, the reason is told like that of any other failure.
 bool SaveDialog::writeSection(const cDIBSection& section, const std::u16string& fullName) const {
     const TemporaryFile written;
     if (!SaveJPG(section, written.path(), quality_)) return false;
-    try {
-        copyFile(written.path(), fullName);
-        return true;
-    } catch (const Error&) {
-        showMessage(kSaveJpgFailure, MB_ICONEXCLAMATION);
-        return false;
-    }
+    copyFile(written.path(), fullName);
+    return true;
 }
 
 }  // namespace vrx

@@ -71,7 +71,6 @@ class SaveDialog : public Form, private FileBrowserOwner {
     std::u16string regKey_;
     FileBrowser browser_;
     Slider slider_;
-    int sliderShown_ = 0;
     std::int32_t quality_ = 0;
     Anchors anchors_;
 };

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/file_io.h"
+#include "common/win_resource.h"
 #include "foreign_reader.h"
 #include "save_hdr_fixture.h"
 
@@ -151,16 +153,20 @@ TEST_F(SaveHdr, GivesANameOutsideTheCodePageToAJpeg) {
     EXPECT_EQ(folder_.names(), std::vector<std::wstring>{L"\u5929.jpg"});
 }
 
-TEST_F(SaveHdr, KeepsTheTemporaryPictureInTheUsersFolderWhereTheHostsTakesNone) {
+TEST_F(SaveHdr, KeepsTheTemporaryPictureElsewhereOnlyWhereTheHostsFolderTakesNoFiles) {
+    EXPECT_TRUE(vrx::takesFiles({folder_.path().begin(), folder_.path().end()}));
+    EXPECT_TRUE(folder_.names().empty());
+    // Takes no files from anybody.
+    EXPECT_FALSE(vrx::takesFiles(u"Z:\\sys"));
+}
+
+TEST_F(SaveHdr, TellsWhatIsInTheWayOfTheTemporaryPicture) {
     const std::wstring inTheWay = host::programFolder() + L"\\temp.BMP";
     DeleteFileW(inTheWay.c_str());
     ASSERT_TRUE(CreateDirectoryW(inTheWay.c_str(), nullptr));
-    quietlyDuring([](const OpenSaveDialog& dialog) { dialog.saveAs(L"pic", kBmp); });
+    expectAborted(L"pic", kBmp, L"Path/File access error");
     RemoveDirectoryW(inTheWay.c_str());
-    EXPECT_EQ(bytes(L"pic.bmp"), bitmapFile());
-    wchar_t folder[MAX_PATH + 1] = {};
-    GetTempPathW(MAX_PATH + 1, folder);
-    EXPECT_EQ(host::readBytes(std::wstring(folder) + L"temp.BMP"), bitmapFile());
+    EXPECT_TRUE(folder_.names().empty());
 }
 
 TEST_F(SaveHdr, SavesAPictureUnderTheNameOfTheTemporaryOne) {
@@ -292,24 +298,24 @@ TEST_F(SaveHdr, TellsThatAJpegCannotBeWrittenAndCloses) {
     EXPECT_EQ(bytes(L"pic.jpg"), (FileBytes{1, 2, 3}));
 }
 
-TEST_F(SaveHdr, TellsThatATargetTakesNoJpegFileAndCloses) {
+TEST_F(SaveHdr, AJpegThatCannotBeCopiedToItsPlaceTellsTheRealReason) {
     ASSERT_TRUE(CreateDirectoryW((folder_ / L"folder.jpg").c_str(), nullptr));
     folder_.write(L"locked.jpg", {1});
+    folder_.write(L"open.jpg", {2});
     SetFileAttributesW((folder_ / L"locked.jpg").c_str(), FILE_ATTRIBUTE_READONLY);
-    for (const wchar_t* name : {L"folder", L"locked", L"none\\pic"}) {
-        const std::vector<Box> boxes = during(
-            [&](const OpenSaveDialog& dialog) {
-                dialog.saveAs(name, kJpg);
-                EXPECT_TRUE(dialog.closes());
-            },
-            IDYES);
-        ASSERT_GE(boxes.size(), 2u) << name;
-        EXPECT_EQ(boxes[boxes.size() - 2].text, L"Failed to save to JPG");
-        EXPECT_EQ(boxes.back().text,
-                  L"Failed to save the picture to the file: '" + (folder_ / name) + L".jpg'");
+    const std::vector<std::wstring> before = folder_.names();
+    expectAborted(L"folder", kJpg, L"Path/File access error");
+    expectAborted(L"locked", kJpg, L"Path/File access error");
+    expectAborted(L"none\\pic", kJpg, L"Path not found");
+    {
+        const vrx::KernelHandle user =
+            vrx::validHandle(CreateFileW((folder_ / L"open.jpg").c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                         nullptr, OPEN_EXISTING, 0, nullptr));
+        expectAborted(L"open", kJpg, L"Permission denied");
     }
-    EXPECT_EQ(folder_.names(), (std::vector<std::wstring>{L"folder.jpg", L"locked.jpg"}));
+    EXPECT_EQ(folder_.names(), before);
     EXPECT_EQ(bytes(L"locked.jpg"), (FileBytes{1}));
+    EXPECT_EQ(bytes(L"open.jpg"), (FileBytes{2}));
 }
 
 TEST_F(SaveHdr, ListsTheFilesOfTheChosenType) {
