@@ -9,6 +9,7 @@ namespace {
 
 HINSTANCE instance = nullptr;
 std::atomic<long> locks = 0;
+std::atomic<void (*)() noexcept> unusedAction = nullptr;
 
 }  // namespace
 
@@ -29,7 +30,11 @@ std::wstring modulePath() {
 std::wstring folderOf(const std::wstring& path) { return path.substr(0, path.find_last_of(L'\\')); }
 
 void lockModule() { ++locks; }
-void unlockModule() { --locks; }
+void unlockModule() {
+    if (--locks != 0) return;
+    if (const auto action = unusedAction.load()) action();
+}
 bool moduleInUse() { return locks != 0; }
+void whenUnused(void (*action)() noexcept) { unusedAction = action; }
 
 }  // namespace vrx

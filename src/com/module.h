@@ -20,6 +20,8 @@ void storeModuleInstance(HINSTANCE instance);
 void lockModule();
 void unlockModule();
 [[nodiscard]] bool moduleInUse();
+/// Has this done whenever the last of them goes, on the thread where it does; one action for each module.
+void whenUnused(void (*action)() noexcept);
 
 /// Counts one for as long as it exists.
 class ModuleLock {

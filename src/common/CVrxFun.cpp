@@ -3,6 +3,7 @@
 #include "common/engine/error_record.h"
 #include "common/engine/keys.h"
 #include "common/engine/paths.h"
+#include "common/frmMessage.h"
 #include "common/message_box.h"
 
 namespace vrx {
@@ -90,11 +91,11 @@ STDMETHODIMP CVrxFun::VrxMsgBox(BSTR v_strMessage, long v_mbsMode, BSTR v_strTit
 }
 
 STDMETHODIMP CVrxFun::Show_ShortMessage(BSTR strMessage) {
-    return run([&] { message_.show(toText(strMessage)); });
+    return run([&] { frmMessage::show(toText(strMessage)); });
 }
 
 STDMETHODIMP CVrxFun::Hide_ShortMessage(VARIANT_BOOL* value) {
-    return answer(value, [&] { return message_.hide(); });
+    return answer(value, [&] { return frmMessage::hide(); });
 }
 
 }  // namespace vrx

@@ -3,7 +3,6 @@
 
 #include "VrxCommon.h"
 #include "com/object_base.h"
-#include "common/frmMessage.h"
 
 namespace vrx {
 
@@ -24,8 +23,6 @@ class CVrxFun final : public ObjectBase<_CVrxFun> {
 
   private:
     ~CVrxFun() override = default;
-
-    frmMessage message_;
 };
 
 }  // namespace vrx

@@ -15,20 +15,15 @@
 #include "common/win32_error.h"
 #include "common/win_resource.h"
 
-namespace vrx {
+namespace vrx::frmMessage {
 namespace {
 
 constexpr wchar_t kClassName[] = L"VrxCommon.frmMessage";
 constexpr int kMargin = 12;
 
-// Posted to the window when another thread has changed the messages.
+// Posted to the window by other threads: that the messages have changed, and a lock of the module to give back.
 constexpr UINT kMessagesChanged = WM_APP;
-
-struct Handles {
-    HWND form;
-    HWND label;
-    HFONT font;
-};
+constexpr UINT kUnlockModule = WM_APP + 1;
 
 LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wide, LPARAM longer);
 
@@ -70,10 +65,21 @@ Font messageFont() {
     return Font(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 
-/// The window, destroyed on the thread that made it.
+/// Width of the widest line and height of all lines, at least of one.
+SIZE extentOf(const std::wstring& text, HFONT font) {
+    const MemoryDc dc(CreateCompatibleDC(nullptr));
+    SelectObject(dc.get(), font);
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(dc.get(), &metrics);
+    RECT area{};
+    DrawTextW(dc.get(), text.c_str(), -1, &area, DT_CALCRECT | DT_NOPREFIX | DT_EXPANDTABS);
+    return {area.right, std::max(area.bottom, metrics.tmHeight)};
+}
+
+/// The window, used and destroyed on the thread that made it.
 class MessageWindow {
   public:
-    MessageWindow() : module_(holdModule()), font_(messageFont()) {
+    MessageWindow() {
         form_ = CreateWindowExW(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, kClassName, L"", WS_POPUP | WS_BORDER, 0,
                                 0, 0, 0, nullptr, nullptr, moduleInstance(), nullptr);
         if (!form_) throw win32Error(GetLastError());
@@ -87,92 +93,94 @@ class MessageWindow {
         if (isAlive()) DestroyWindow(form_);
     }
 
-    [[nodiscard]] Handles handles() const { return {form_, label_, font_.get()}; }
+    [[nodiscard]] HWND form() const { return form_; }
     /// False when the window has ended with its thread.
     [[nodiscard]] bool isAlive() const { return GetWindowThreadProcessId(form_, nullptr) == thread_; }
     [[nodiscard]] bool isOfThisThread() const { return thread_ == GetCurrentThreadId(); }
 
+    void display(const std::u16string& message) const {
+        const std::wstring text = toWide(message);
+        const SIZE extent = extentOf(text, font_.get());
+        const int width = extent.cx + 2 * kMargin;
+        const int height = extent.cy + 2 * kMargin;
+        SetWindowTextW(form_, text.c_str());
+        SetWindowTextW(label_, text.c_str());
+        MoveWindow(label_, kMargin - GetSystemMetrics(SM_CXBORDER), kMargin - GetSystemMetrics(SM_CYBORDER),
+                   extent.cx, extent.cy, TRUE);
+        SetWindowPos(form_, HWND_TOPMOST, (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
+                     (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width, height,
+                     SWP_NOACTIVATE | SWP_SHOWWINDOW);
+        RedrawWindow(form_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    }
+    void conceal() const {
+        SetWindowPos(form_, HWND_NOTOPMOST, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_HIDEWINDOW);
+    }
+    /// For a window that goes while its procedure runs: the code must outlast the procedure.
+    void leaveModule() { static_cast<void>(module_.release()); }
+
   private:
-    ModuleLock lock_;
-    Module module_;
-    Font font_;
+    Module module_ = holdModule();
+    Font font_ = messageFont();
     WindowClass windowClass_;
     DWORD thread_ = GetCurrentThreadId();
     HWND form_ = nullptr;
     HWND label_ = nullptr;
 };
 
-/// What all users share. Nothing that may run other code happens under the lock.
+/// What all threads share. Nothing that may run other code happens under the guard.
 struct SharedForm {
     std::mutex guard;
+    /// While there are any they hold a lock of the module.
     std::vector<std::u16string> messages;
     // Owned, but never destroyed with the module: windows are none of a module's business when a program
     // ends.
     MessageWindow* window = nullptr;
-    int users = 0;
 };
 
 SharedForm shared;
 
-std::optional<std::u16string> topMessage() {
+/// The window, where it belongs to this thread. No other thread takes it away.
+MessageWindow* windowOfThisThread() {
     const std::lock_guard lock(shared.guard);
-    if (shared.messages.empty()) return std::nullopt;
-    return shared.messages.back();
+    return shared.window && shared.window->isOfThisThread() ? shared.window : nullptr;
 }
 
-/// Width of the widest line and height of all lines, at least of one.
-SIZE extentOf(const std::wstring& text, HFONT font) {
-    const MemoryDc dc(CreateCompatibleDC(nullptr));
-    SelectObject(dc.get(), font);
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(dc.get(), &metrics);
-    RECT area{};
-    DrawTextW(dc.get(), text.c_str(), -1, &area, DT_CALCRECT | DT_NOPREFIX | DT_EXPANDTABS);
-    return {area.right, std::max(area.bottom, metrics.tmHeight)};
-}
-
-void display(const Handles& handles, const std::u16string& message) {
-    const std::wstring text = toWide(message);
-    const SIZE extent = extentOf(text, handles.font);
-    const int width = extent.cx + 2 * kMargin;
-    const int height = extent.cy + 2 * kMargin;
-    SetWindowTextW(handles.form, text.c_str());
-    SetWindowTextW(handles.label, text.c_str());
-    MoveWindow(handles.label, kMargin - GetSystemMetrics(SM_CXBORDER),
-               kMargin - GetSystemMetrics(SM_CYBORDER), extent.cx, extent.cy, TRUE);
-    SetWindowPos(handles.form, HWND_TOPMOST, (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
-                 (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width, height,
-                 SWP_NOACTIVATE | SWP_SHOWWINDOW);
-    RedrawWindow(handles.form, nullptr, nullptr,
-                 RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-}
-
-void conceal(const Handles& handles) {
-    SetWindowPos(handles.form, HWND_NOTOPMOST, 0, 0, 0, 0,
-                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_HIDEWINDOW);
-}
-
-void refresh(const Handles& handles) {
-    if (const auto message = topMessage()) {
-        display(handles, *message);
-    } else {
-        conceal(handles);
+/// Brings the window of this thread in line with the messages.
+void refresh() {
+    MessageWindow* const window = windowOfThisThread();
+    if (!window) return;
+    std::optional<std::u16string> message;
+    {
+        const std::lock_guard lock(shared.guard);
+        if (!shared.messages.empty()) message = shared.messages.back();
     }
+    message ? window->display(*message) : window->conceal();
 }
 
 /// For a change made by another thread; it has no one to fail to.
-void refreshQuietly(HWND form) noexcept {
+void refreshQuietly() noexcept {
     try {
-        std::optional<Handles> handles;
-        {
-            const std::lock_guard lock(shared.guard);
-            if (shared.window && shared.window->handles().form == form) handles = shared.window->handles();
-        }
-        if (handles) refresh(*handles);
+        refresh();
     } catch (...) {
         return;
     }
 }
+
+/// The window that nobody needs any more, for its end on this thread. One of another thread gets a lock of the
+/// module to give back there, with which it comes here again.
+std::unique_ptr<MessageWindow> takeUnused() {
+    const std::lock_guard lock(shared.guard);
+    if (!shared.window || !shared.messages.empty() || moduleInUse()) return nullptr;
+    if (shared.window->isAlive() && !shared.window->isOfThisThread()) {
+        lockModule();
+        PostMessageW(shared.window->form(), kUnlockModule, 0, 0);
+        return nullptr;
+    }
+    return std::unique_ptr<MessageWindow>(std::exchange(shared.window, nullptr));
+}
+
+void closeUnused() noexcept { takeUnused().reset(); }
 
 LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wide, LPARAM longer) {
     switch (message) {
@@ -180,7 +188,11 @@ LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wide, LPARAM longer
             // Only hide() takes a message away.
             return 0;
         case kMessagesChanged:
-            refreshQuietly(window);
+            refreshQuietly();
+            return 0;
+        case kUnlockModule:
+            if (MessageWindow* const own = windowOfThisThread()) own->leaveModule();
+            unlockModule();
             return 0;
         default:
             return DefWindowProcW(window, message, wide, longer);
@@ -194,6 +206,7 @@ void ensureWindow() {
         const std::lock_guard lock(shared.guard);
         if (lives()) return;
     }
+    whenUnused(closeUnused);
     auto made = std::make_unique<MessageWindow>();
     const std::lock_guard lock(shared.guard);
     if (!lives()) made.reset(std::exchange(shared.window, made.release()));
@@ -202,46 +215,28 @@ void ensureWindow() {
 /// Brings the window in line with the messages; one of another thread as soon as that takes its messages.
 void update() {
     ensureWindow();
-    Handles handles{};
-    bool own = false;
-    {
-        const std::lock_guard lock(shared.guard);
-        handles = shared.window->handles();
-        own = shared.window->isOfThisThread();
-    }
-    if (own) {
-        refresh(handles);
+    if (windowOfThisThread()) {
+        refresh();
     } else {
-        PostMessageW(handles.form, kMessagesChanged, 0, 0);
+        const std::lock_guard lock(shared.guard);
+        if (shared.window) PostMessageW(shared.window->form(), kMessagesChanged, 0, 0);
     }
     static_cast<void>(doEvents());
 }
 
 }  // namespace
 
-frmMessage::frmMessage() {
-    const std::lock_guard lock(shared.guard);
-    ++shared.users;
-}
-
-frmMessage::~frmMessage() {
-    std::unique_ptr<MessageWindow> leaving;
-    const std::lock_guard lock(shared.guard);
-    const bool last = --shared.users == 0 && shared.messages.empty() && shared.window;
-    if (last && (shared.window->isOfThisThread() || !shared.window->isAlive()))
-        leaving.reset(std::exchange(shared.window, nullptr));
-}
-
-void frmMessage::show(const std::u16string& message) {
+void show(const std::u16string& message) {
     ensureWindow();
     {
         const std::lock_guard lock(shared.guard);
         shared.messages.push_back(message);
+        if (shared.messages.size() == 1) lockModule();
     }
     update();
 }
 
-bool frmMessage::hide() {
+bool hide() {
     bool last = false;
     {
         const std::lock_guard lock(shared.guard);
@@ -249,8 +244,9 @@ bool frmMessage::hide() {
         shared.messages.pop_back();
         last = shared.messages.empty();
     }
+    if (last) unlockModule();
     update();
     return last;
 }
 
-}  // namespace vrx
+}  // namespace vrx::frmMessage

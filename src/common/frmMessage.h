@@ -4,21 +4,13 @@
 
 #include <string>
 
-namespace vrx {
+/// The one form that the whole library shares, for calls from every thread. Its window belongs to the thread that
+/// first showed a message and lives as long as the library has any object. While a message is shown it stays
+/// without one, and keeps the library in memory.
+namespace vrx::frmMessage {
 
-/// A user of the one form that the whole library shares. The form's window belongs to the thread that first
-/// showed a message. With the last user it goes, unless a message is still shown; it then stays, and keeps
-/// the library in memory.
-class frmMessage {
-  public:
-    frmMessage();
-    frmMessage(const frmMessage&) = delete;
-    frmMessage& operator=(const frmMessage&) = delete;
-    ~frmMessage();
+void show(const std::u16string& message);
+/// Takes the last message away. True when it was the only one, and the window is hidden now.
+[[nodiscard]] bool hide();
 
-    void show(const std::u16string& message);
-    /// Takes the last message away. True when it was the only one, and the window is hidden now.
-    [[nodiscard]] bool hide();
-};
-
-}  // namespace vrx
+}  // namespace vrx::frmMessage

@@ -6,6 +6,7 @@
 #include <future>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "VrxCommon.h"
 #include "common/win_resource.h"
@@ -270,6 +271,50 @@ TEST_F(ShortMessage, KeepsItsHiddenWindowForAsLongAsAnObjectLives) {
     show(*other, L"B");
     EXPECT_EQ(form(), window);
     hide(*other);
+}
+
+TEST_F(ShortMessage, HasItsWindowForAsLongAsTheLibraryHasAnyObjectAndANewOneAfterwards) {
+    ComPtr<IDispatch> other = host::createDirectly(CLSID_CVrxPattern);
+    show(*fun_, L"A");
+    const HWND window = form();
+    hide(*fun_);
+    fun_ = {};
+    EXPECT_EQ(form(), window);
+    fun_ = makeFun();
+    show(*fun_, L"B");
+    EXPECT_EQ(form(), window);
+    hide(*fun_);
+    fun_ = {};
+    other = {};
+    EXPECT_EQ(form(), nullptr);
+    EXPECT_EQ(host::component().canUnload(), S_OK);
+    fun_ = makeFun();
+    EXPECT_EQ(show(*fun_, L"C"), S_OK);
+    EXPECT_TRUE(isShown(L"C"));
+}
+
+TEST_F(ShortMessage, OfAnotherThreadGoesThereWhenTheLastObjectHasGone) {
+    ComPtr<_CVrxFun> kept = std::exchange(fun_, {});
+    std::promise<void> hidden;
+    std::promise<void> released;
+    std::future<void> done = std::async(std::launch::async, [&] {
+        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        ComPtr<_CVrxFun> other = makeFun();
+        show(*other, L"A");
+        hide(*other);
+        other = {};
+        EXPECT_NE(form(), nullptr);
+        hidden.set_value();
+        released.get_future().wait();
+        EXPECT_TRUE(waitFor([] { return form() == nullptr; }));
+        CoUninitialize();
+    });
+    hidden.get_future().wait();
+    kept = {};
+    released.set_value();
+    done.wait();
+    EXPECT_EQ(host::component().canUnload(), S_OK);
+    fun_ = makeFun();
 }
 
 /// A program may let go of the library without asking whether it is in use.
