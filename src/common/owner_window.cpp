@@ -19,6 +19,7 @@ BOOL CALLBACK takeMainWindow(HWND window, LPARAM found) {
 
 HWND ownerWindow() {
     HWND owner = GetActiveWindow();
+    if (!IsWindowVisible(owner)) owner = nullptr;
     if (!owner) EnumThreadWindows(GetCurrentThreadId(), takeMainWindow, reinterpret_cast<LPARAM>(&owner));
     return owner;
 }

@@ -10,6 +10,8 @@
 #include <atomic>
 
 #include "common/engine/error.h"
+#include "common/owner_window.h"
+#include "common/win_resource.h"
 #include "dialogs/controls/slider.h"
 #include "test_form.h"
 #include "window_driver.h"
@@ -67,6 +69,18 @@ TEST(Form, EndsWhenItsWindowGoesInAMessageThatWasSent) {
     const WindowDriver driver(kCaption, [](HWND window) { SendMessageW(window, kDestroy, 0, 0); });
     form.showModal();
     EXPECT_FALSE(form.isLoaded());
+}
+
+TEST(OwnerWindow, IsNeverOneThatIsHidden) {
+    const vrx::Window shown(CreateWindowW(L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
+                                          nullptr, nullptr));
+    const vrx::Window hidden(
+        CreateWindowW(L"STATIC", L"", WS_POPUP, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr));
+    SetActiveWindow(hidden.get());
+    ASSERT_EQ(GetActiveWindow(), hidden.get());
+    EXPECT_EQ(vrx::ownerWindow(), shown.get());
+    SetActiveWindow(shown.get());
+    EXPECT_EQ(vrx::ownerWindow(), shown.get());
 }
 
 TEST(Form, LeavesEnterToTheDefaultButton) {
