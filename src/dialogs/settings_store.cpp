@@ -4,8 +4,10 @@
 
 #include <objidl.h>
 
-#include <atomic>
+#include <algorithm>
+#include <mutex>
 #include <optional>
+#include <vector>
 
 #include "VrxSettings.h"
 #include "com/com_ptr.h"
@@ -18,10 +20,17 @@ namespace {
 
 constexpr long kMachine = static_cast<long>(0x80000002);
 
-// The component's number in COM's table of objects, from where every apartment gets it; 0 while there is
-// none. The table may forget it with the apartment that made it; then the next use makes a new one. Making
-// one can let other code of this thread run, so there is no lock around it.
-std::atomic<DWORD> shared = 0;
+/// A component in COM's table of objects, from where every apartment gets it, and the thread that made it.
+struct Shared {
+    DWORD thread;
+    DWORD cookie;
+};
+
+// The first one serves every thread that can use it; the others those threads that cannot, because the system
+// does not know how to carry the component's interface to them. Calls of a component can let other code of this
+// thread run, so there is none under the guard.
+std::mutex guard;
+std::vector<Shared> components;
 
 ComPtr<IGlobalInterfaceTable> interfaceTable() {
     ComPtr<IGlobalInterfaceTable> table;
@@ -30,21 +39,59 @@ ComPtr<IGlobalInterfaceTable> interfaceTable() {
     return table;
 }
 
-/// The shared component, made on first use; empty where none can be made.
-ComPtr<_SettingsRegistry> component() {
-    ComPtr<_SettingsRegistry> found;
-    const ComPtr<IGlobalInterfaceTable> table = interfaceTable();
-    if (!table) return found;
-    DWORD known = shared;
-    void** result = reinterpret_cast<void**>(found.put());
-    if (known != 0 && SUCCEEDED(table->GetInterfaceFromGlobal(known, IID__SettingsRegistry, result)))
-        return found;
-    CoCreateInstance(CLSID_SettingsRegistry, nullptr, CLSCTX_SERVER, IID__SettingsRegistry, result);
-    DWORD made = 0;
-    if (!found || FAILED(table->RegisterInterfaceInGlobal(found.get(), IID__SettingsRegistry, &made)))
-        return found;
-    if (!shared.compare_exchange_strong(known, made)) table->RevokeInterfaceFromGlobal(made);
+bool isOwn(const Shared& component) { return component.thread == GetCurrentThreadId(); }
+
+/// This thread's own component before the one for all.
+std::vector<Shared> candidates() {
+    const std::lock_guard lock(guard);
+    std::vector<Shared> found;
+    const auto own = std::ranges::find_if(components, isOwn);
+    if (own != components.end()) found.push_back(*own);
+    if (!components.empty() && own != components.begin()) found.push_back(components.front());
     return found;
+}
+
+void forget(IGlobalInterfaceTable& table, DWORD cookie) {
+    {
+        const std::lock_guard lock(guard);
+        std::erase_if(components, [&](const Shared& component) { return component.cookie == cookie; });
+    }
+    table.RevokeInterfaceFromGlobal(cookie);
+}
+
+/// A component that is there and serves this thread. The table holds what every object can be asked for on every
+/// thread; only then the object itself is asked for its interface. It loses an object with the apartment that
+/// made it.
+ComPtr<_SettingsRegistry> findComponent(IGlobalInterfaceTable& table) {
+    for (const Shared& candidate : candidates()) {
+        ComPtr<IUnknown> object;
+        void** result = reinterpret_cast<void**>(object.put());
+        if (FAILED(table.GetInterfaceFromGlobal(candidate.cookie, IID_IUnknown, result))) {
+            forget(table, candidate.cookie);
+        } else if (ComPtr<_SettingsRegistry> found = object.as<_SettingsRegistry>()) {
+            return found;
+        }
+    }
+    return {};
+}
+
+ComPtr<_SettingsRegistry> makeComponent(IGlobalInterfaceTable& table) {
+    ComPtr<_SettingsRegistry> made;
+    CoCreateInstance(CLSID_SettingsRegistry, nullptr, CLSCTX_SERVER, IID__SettingsRegistry,
+                     reinterpret_cast<void**>(made.put()));
+    DWORD cookie = 0;
+    if (!made || FAILED(table.RegisterInterfaceInGlobal(made.get(), IID_IUnknown, &cookie))) return made;
+    const std::lock_guard lock(guard);
+    components.push_back({GetCurrentThreadId(), cookie});
+    return made;
+}
+
+/// Made on first use; empty where none can be made.
+ComPtr<_SettingsRegistry> component() {
+    const ComPtr<IGlobalInterfaceTable> table = interfaceTable();
+    if (!table) return {};
+    if (ComPtr<_SettingsRegistry> found = findComponent(*table)) return found;
+    return makeComponent(*table);
 }
 
 std::u16string subkey(const std::u16string& root, std::u16string_view suffix) {
@@ -96,9 +143,16 @@ void SettingsStore::write(const NumberSetting& setting, std::int32_t value) cons
 }
 
 void releaseSettingsComponent() noexcept {
-    const DWORD known = shared.exchange(0);
-    if (known == 0) return;
-    if (const ComPtr<IGlobalInterfaceTable> table = interfaceTable()) table->RevokeInterfaceFromGlobal(known);
+    std::vector<Shared> released;
+    {
+        const std::lock_guard lock(guard);
+        released.swap(components);
+    }
+    if (released.empty()) return;
+    const ComPtr<IGlobalInterfaceTable> table = interfaceTable();
+    for (const Shared& component : released) {
+        if (table) table->RevokeInterfaceFromGlobal(component.cookie);
+    }
 }
 
 }  // namespace vrx

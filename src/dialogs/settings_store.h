@@ -1,5 +1,5 @@
 // What the dialogs remember, read and written through the one SettingsRegistry component that the library
-// shares. Nothing is ever shown or thrown for want of it: reading then gives the default, writing does
+// shares; threads that the system cannot give it to have one each. Nothing is ever shown or thrown for want of it: reading then gives the default, writing does
 // nothing.
 #pragma once
 

@@ -133,6 +133,48 @@ TEST_F(RecordedSettings, OfTwoDialogsOfDifferentKindsShareTheOneSettingsRegistry
     EXPECT_EQ(journal_.made, 2);
 }
 
+/// A component whose class is all that is registered of it: COM cannot carry its interface to other threads.
+class SettingsWithoutProxyInformation : public RecordedSettings {
+  protected:
+    void SetUp() override {
+        RecordedSettings::SetUp();
+        ASSERT_EQ(host::settingsComponent().unregisterMachine(), S_OK);
+    }
+    void TearDown() override {
+        RecordedSettings::TearDown();
+        EXPECT_EQ(host::settingsComponent().registerMachine(), S_OK);
+    }
+};
+
+TEST_F(SettingsWithoutProxyInformation, AreServedByOneComponentAllTheSame) {
+    for (const auto* root : {u"One", u"Two", u"Three", u"Four", u"Five"}) {
+        const SettingsStore store(root);
+        EXPECT_EQ(store.read(kImageSaverPath), u"kept");
+        store.write(kImageSaverType, 1);
+    }
+    EXPECT_EQ(journal_.made, 1);
+    EXPECT_EQ(journal_.alive, 1);
+    EXPECT_EQ(journal_.calls.size(), 10u);
+}
+
+TEST_F(SettingsWithoutProxyInformation, AreServedByOneComponentOnEachThreadThatCannotShare) {
+    store_.write(kImageSaverType, 1);
+    std::async(std::launch::async, [this] {
+        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        {
+            host::SettingsRecorder other;
+            for (int i = 0; i < 5; ++i) store_.write(kImageSaverType, 1);
+            EXPECT_EQ(other.journal.made, 1);
+            EXPECT_EQ(other.journal.calls.size(), 5u);
+            // What the table holds of a thread goes with it.
+        }
+        CoUninitialize();
+    }).wait();
+    store_.write(kImageSaverType, 1);
+    EXPECT_EQ(journal_.made, 1);
+    EXPECT_EQ(journal_.calls.size(), 2u);
+}
+
 TEST_F(RecordedSettings, AreTheDefaultsWhereTheComponentRefuses) {
     journal_.answer = E_ACCESSDENIED;
     EXPECT_EQ(store_.read(kHdrLoaderPath), programFolder());

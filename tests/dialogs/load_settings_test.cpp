@@ -5,8 +5,11 @@
 #include "common/host_program.h"
 #include "dialogs/frmLoadHDR.h"
 #include "dialogs/frmLoadImage.h"
+#include "dialogs/frmSaveHDR.h"
+#include "dialogs/frmSaveImage.h"
 #include "dialogs/settings_store.h"
 #include "host.h"
+#include "pattern/frmPattern.h"
 #include "settings_recorder.h"
 
 namespace {
@@ -67,6 +70,19 @@ TEST_F(LoadDialogSettings, ThatTheComponentRefusesAreTheDefaults) {
     ASSERT_EQ(recorder_.journal.calls.size(), 4U);
     EXPECT_EQ(recorder_.journal.calls[2], u"write Software\\Shop\\ImageHDR|Path|" + folder_);
     EXPECT_EQ(recorder_.journal.calls[3], u"write Software\\Shop\\ImageHDR|Preview|1");
+}
+
+TEST_F(LoadDialogSettings, OfFiveDialogsComeFromOneComponentOfWhichOnlyTheClassIsRegistered) {
+    ASSERT_EQ(host::settingsComponent().unregisterMachine(), S_OK);
+    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop");
+    openAndClose<vrx::frmLoadImage>(u"Software\\Shop");
+    openAndClose<vrx::frmSaveHDR>(u"Software\\Shop");
+    openAndClose<vrx::frmSaveImage>(u"Software\\Shop");
+    openAndClose<vrx::frmPattern>(u"Software\\Shop");
+    EXPECT_EQ(recorder_.journal.made, 1);
+    // Two, three, three, three and two values, each read and written.
+    EXPECT_EQ(recorder_.journal.calls.size(), 26U);
+    EXPECT_EQ(host::settingsComponent().registerMachine(), S_OK);
 }
 
 TEST_F(LoadDialogSettings, OfBothDialogsComeFromOneComponent) {
