@@ -234,20 +234,23 @@ SafeArray makeByteArray(std::span<const std::uint8_t> bytes) {
     return array;
 }
 
-SafeArray makeVariantArray(std::span<const std::int32_t> values, std::size_t count) {
+SafeArray makeVariantArray(std::size_t count) {
     if (count > kMaxByteCount / sizeof(VARIANT)) throw platformError(Platform::OutOfMemory);
     SAFEARRAYBOUND bound{static_cast<ULONG>(count), 0};
     SafeArray array(SafeArrayCreate(VT_VARIANT, 1, &bound));
     if (!array) throw platformError(Platform::OutOfMemory);
+    return array;
+}
+
+void fillVariantArray(SAFEARRAY& array, std::span<const std::int32_t> values) {
     void* data = nullptr;
-    check(SafeArrayAccessData(array.get(), &data));
+    check(SafeArrayAccessData(&array, &data));
     auto* element = static_cast<VARIANT*>(data);
     for (const std::int32_t value : values) {
         V_VT(element) = VT_I4;
         V_I4(element++) = value;
     }
-    check(SafeArrayUnaccessData(array.get()));
-    return array;
+    check(SafeArrayUnaccessData(&array));
 }
 
 void replaceArray(SAFEARRAY** target, SafeArray array) {

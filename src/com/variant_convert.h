@@ -76,8 +76,10 @@ struct Bounds {
 /// A new one-dimensional byte array from index 0 with these bytes; no bytes make an array without elements.
 [[nodiscard]] SafeArray makeByteArray(std::span<const std::uint8_t> bytes);
 
-/// A new one-dimensional array of variants from index 0: these values as VT_I4, then Empty up to `count`.
-[[nodiscard]] SafeArray makeVariantArray(std::span<const std::int32_t> values, std::size_t count);
+/// A new one-dimensional array of so many variants from index 0, each Empty.
+[[nodiscard]] SafeArray makeVariantArray(std::size_t count);
+/// Puts these values into its first elements, which are Empty, as VT_I4.
+void fillVariantArray(SAFEARRAY& array, std::span<const std::int32_t> values);
 
 /// Gives a host's array variable a new array. Error 10 for an array that is fixed in size or locked.
 void replaceArray(SAFEARRAY** target, SafeArray array);

@@ -3,9 +3,6 @@
 namespace vrx {
 namespace {
 
-constexpr POINT kSmallest{249, 144};
-constexpr POINT kLargest{1000, 144};
-
 // What the window had before.
 WNDPROC OldWindowProc = nullptr;
 
@@ -19,8 +16,8 @@ WNDPROC exchangeProc(HWND window, WNDPROC procedure) {
 LRESULT CALLBACK Pattern_WindowProc(HWND window, UINT message, WPARAM wide, LPARAM longer) {
     if (message != WM_GETMINMAXINFO) return CallWindowProcW(OldWindowProc, window, message, wide, longer);
     auto* const limits = reinterpret_cast<MINMAXINFO*>(longer);
-    limits->ptMinTrackSize = kSmallest;
-    limits->ptMaxTrackSize = kLargest;
+    limits->ptMinTrackSize = kSmallestPatternWindow;
+    limits->ptMaxTrackSize = kLargestPatternWindow;
     return 0;
 }
 

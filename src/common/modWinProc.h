@@ -5,6 +5,10 @@
 
 namespace vrx {
 
+/// Outer sizes between which the user can drag the window's border.
+inline constexpr POINT kSmallestPatternWindow{249, 144};
+inline constexpr POINT kLargestPatternWindow{1000, 144};
+
 /// In place of the window's own procedure, which it passes everything else on to: 249 to 1000 pixels wide,
 /// 144 high.
 LRESULT CALLBACK Pattern_WindowProc(HWND window, UINT message, WPARAM wide, LPARAM longer);

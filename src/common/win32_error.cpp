@@ -31,6 +31,7 @@ constexpr Row kRows[] = {
     {ERROR_NOT_ENOUGH_MEMORY, Platform::OutOfMemory},
     {ERROR_OUTOFMEMORY, Platform::OutOfMemory},
     {ERROR_NO_SYSTEM_RESOURCES, Platform::OutOfMemory},
+    {ERROR_NO_MORE_USER_HANDLES, Platform::OutOfMemory},
 };
 
 }  // namespace

@@ -70,5 +70,5 @@
 #define IDM_ITEMSAVE 1112
 #define IDM_ITEMCLEAR 1113
 
-// The first of an array: one number for each stop of a pattern, up to kMostStops.
+// The first of an array: one number for each stop of a pattern.
 #define IDC_PICFLAGUP 2000

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <utility>
-#include <vector>
 
 #include "pattern/engine/pattern_expansion.h"
 #include "pattern/frmPattern.h"
@@ -63,8 +62,13 @@ std::u16string CVrxPattern::edit(const std::u16string& pattern) {
 STDMETHODIMP CVrxPattern::Get_PatternFromString(BSTR strPattern, long NumItem, VARIANT* arPattern) {
     if (!arPattern) return E_POINTER;
     return run([&] {
-        const std::vector<std::int32_t> colors = vrx::Get_PatternFromString(toText(strPattern), NumItem);
-        putVariant(*arPattern, makeArray(makeVariantArray(colors, static_cast<std::size_t>(NumItem) + 1)));
+        if (NumItem < 0) throw platformError(Platform::SubscriptOutOfRange);
+        // The text may be in the array that makes way for the new one.
+        const std::u16string pattern = toText(strPattern);
+        SafeArray made = makeVariantArray(static_cast<std::size_t>(NumItem) + 1);
+        SAFEARRAY& table = *made.get();
+        putVariant(*arPattern, makeArray(std::move(made)));
+        fillVariantArray(table, vrx::Get_PatternFromString(pattern, NumItem));
     });
 }
 

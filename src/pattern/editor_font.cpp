@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "common/device_context.h"
 
@@ -28,30 +29,35 @@ class TextDc {
 };
 
 BOOL CALLBACK setFont(HWND control, LPARAM font) {
-    SendMessageW(control, WM_SETFONT, static_cast<WPARAM>(font), FALSE);
+    SendMessageW(control, WM_SETFONT, static_cast<WPARAM>(font), TRUE);
     return TRUE;
 }
 
 }  // namespace
 
-void EditorFont::attach(HWND dialog, SIZE inner) {
-    font_ = reinterpret_cast<HFONT>(SendMessageW(dialog, WM_GETFONT, 0, 0));
-    measure(dialog);
-    LOGFONTW description{};
-    if (GetObjectW(font_, sizeof description, &description) == 0) return;
-    while (!patternFits(inner.cx, inner.cy, texts_) && -description.lfHeight > kLowest) {
-        ++description.lfHeight;
-        Font smaller(CreateFontIndirectW(&description));
-        if (!smaller) break;
-        font_ = smaller.get();
-        own_ = std::move(smaller);
-        measure(dialog);
-    }
-    if (own_) EnumChildWindows(dialog, setFont, reinterpret_cast<LPARAM>(font_));
+void EditorFont::attach(HWND dialog) {
+    dialogs_ = reinterpret_cast<HFONT>(SendMessageW(dialog, WM_GETFONT, 0, 0));
+    measure(dialog, dialogs_);
 }
 
-void EditorFont::measure(HWND dialog) {
-    const TextDc dc(dialog, font_);
+void EditorFont::fit(HWND dialog, SIZE inner) {
+    LOGFONTW description{};
+    if (GetObjectW(dialogs_, sizeof description, &description) == 0) return;
+    Font smaller;
+    measure(dialog, dialogs_);
+    while (!patternFits(inner.cx, inner.cy, texts_) && -description.lfHeight > kLowest) {
+        ++description.lfHeight;
+        smaller.reset(CreateFontIndirectW(&description));
+        measure(dialog, smaller ? smaller.get() : dialogs_);
+    }
+    if (std::exchange(height_, description.lfHeight) == description.lfHeight) return;
+    // The controls let go of the old one first.
+    const Font old = std::exchange(smaller_, std::move(smaller));
+    EnumChildWindows(dialog, setFont, reinterpret_cast<LPARAM>(get()));
+}
+
+void EditorFont::measure(HWND dialog, HFONT font) {
+    const TextDc dc(dialog, font);
     texts_.height = dc.extent(L"0").cy;
     texts_.legend = std::max({dc.extent(L"R:").cx, dc.extent(L"G:").cx, dc.extent(L"B:").cx});
     texts_.value = dc.extent(L"255").cx;

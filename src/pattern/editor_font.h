@@ -1,5 +1,5 @@
-// The font of the pattern editor's controls. The window's height in pixels is fixed, so that at a high
-// resolution the dialog's own font may be too large for it.
+// The font of the pattern editor's controls. The window's height in pixels is fixed and it can be made narrow, so that
+// at a high resolution the dialog's own font may be too large for it.
 #pragma once
 
 #include <windows.h>
@@ -11,19 +11,22 @@ namespace vrx {
 
 class EditorFont {
   public:
-    /// The dialog's font, or the largest below it with which the controls fit an inner area of this size.
-    void attach(HWND dialog, SIZE inner);
+    /// Begins with the dialog's own font.
+    void attach(HWND dialog);
+    /// Gives the controls the dialog's font, or the largest below it with which they fit an inner area of this size.
+    void fit(HWND dialog, SIZE inner);
 
-    [[nodiscard]] HFONT get() const { return font_; }
+    [[nodiscard]] HFONT get() const { return smaller_ ? smaller_.get() : dialogs_; }
     [[nodiscard]] const PatternTexts& texts() const { return texts_; }
     /// Of "100.0%", the longest that the editor shows in its tip.
     [[nodiscard]] SIZE percentage() const { return percentage_; }
 
   private:
-    void measure(HWND dialog);
+    void measure(HWND dialog, HFONT font);
 
-    HFONT font_ = nullptr;
-    Font own_;
+    HFONT dialogs_ = nullptr;
+    Font smaller_;
+    LONG height_ = 0;
     PatternTexts texts_{};
     SIZE percentage_{};
 };

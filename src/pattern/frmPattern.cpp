@@ -1,5 +1,6 @@
 #include "pattern/frmPattern.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -7,9 +8,10 @@
 #include "common/device_context.h"
 #include "common/engine/decimal_text.h"
 #include "common/engine/error.h"
-#include "common/engine/rounding.h"
+#include "common/message_box.h"
 #include "common/modWinProc.h"
 #include "common/owner_window.h"
+#include "dialogs/dpi.h"
 #include "dialogs/resource.h"
 #include "dialogs/settings_store.h"
 #include "dialogs/window_place.h"
@@ -17,10 +19,7 @@
 namespace vrx {
 namespace {
 
-// The window's width is kept in twips, 15 to the pixel whatever the resolution.
-constexpr int kTwips = 15;
-constexpr int kDesignedWidth = settings::kPatternWidth.defaultValue / kTwips;
-constexpr int kWindowHeight = 144;
+constexpr char16_t kErrorTitle[] = u"Errore";
 constexpr std::int32_t kLongStep = 10;
 
 SIZE innerSize(HWND window) {
@@ -31,16 +30,24 @@ SIZE innerSize(HWND window) {
 
 bool isDown(int key) { return GetKeyState(key) < 0; }
 
-/// Runs what may fail for reasons that the user need not be told: everything then stays as it was.
+/// Runs what may fail without an end to the editor. Why it failed; empty when it has not.
 template <class Action>
-void quietly(Action action) {
+std::u16string failureOf(Action action) {
     try {
         action();
-    } catch (const Error&) {
-        return;
+        return {};
+    } catch (const Error& error) {
+        return error.description;
     } catch (const std::bad_alloc&) {
-        return;
+        return platformError(Platform::OutOfMemory).description;
     }
+}
+
+/// Runs what the user has asked for and tells why it failed.
+template <class Action>
+void orTell(const std::u16string& what, Action action) {
+    const std::u16string failure = failureOf(action);
+    if (!failure.empty()) showMessage(what + u": " + failure, MB_ICONERROR, kErrorTitle);
 }
 
 }  // namespace
@@ -62,20 +69,18 @@ void frmPattern::prepare(const std::u16string& pattern) {
 
 void frmPattern::onLoad() {
     installPatternProc(window());
-    const SIZE outer = outerSize(window());
-    const SIZE inner = innerSize(window());
-    const SIZE around{outer.cx - inner.cx, outer.cy - inner.cy};
-    font_.attach(window(), {kDesignedWidth - around.cx, kWindowHeight - around.cy});
+    font_.attach(window());
     tip_.attach(window(), font_.get(), font_.percentage());
     ready_ = true;
-    readSettings();
+    resizeTo(pixelsOf(readSettings(), screenDpi().x));
 }
 
-void frmPattern::readSettings() {
-    if (regKey_.empty()) return resizeTo(kDesignedWidth);
+/// The window's width in twips.
+std::int32_t frmPattern::readSettings() {
+    if (regKey_.empty()) return settings::kPatternWidth.defaultValue;
     const SettingsStore store(regKey_);
     files_.setFolder(store.read(settings::kPatternPath));
-    resizeTo(toInt32(store.read(settings::kPatternWidth) / double{kTwips}));
+    return store.read(settings::kPatternWidth);
 }
 
 void frmPattern::onUnload() {
@@ -83,16 +88,17 @@ void frmPattern::onUnload() {
     if (regKey_.empty()) return;
     const SettingsStore store(regKey_);
     store.write(settings::kPatternPath, files_.folder());
-    store.write(settings::kPatternWidth, static_cast<std::int32_t>(outerSize(window()).cx) * kTwips);
+    store.write(settings::kPatternWidth, twipsOf(outerSize(window()).cx, screenDpi().x));
 }
 
 /// Around the middle that the window has, within the screen.
-void frmPattern::resizeTo(int width) {
+void frmPattern::resizeTo(int wanted) {
+    const LONG width = std::clamp<LONG>(wanted, kSmallestPatternWindow.x, kLargestPatternWindow.x);
+    const LONG height = kSmallestPatternWindow.y;
     RECT outer{};
     GetWindowRect(window(), &outer);
     SetWindowPos(window(), nullptr, (outer.left + outer.right - width) / 2,
-                 (outer.top + outer.bottom - kWindowHeight) / 2, width, kWindowHeight,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+                 (outer.top + outer.bottom - height) / 2, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
     SendMessageW(window(), DM_REPOSITION, 0, 0);
     const SIZE inner = innerSize(window());
     layOut(inner.cx, inner.cy);
@@ -104,6 +110,7 @@ void frmPattern::onResize(int width, int height) {
 }
 
 void frmPattern::layOut(int width, int height) {
+    font_.fit(window(), {width, height});
     layout_ = layOutPattern(width, height, font_.texts());
     place(IDC_PICPATTERN, layout_.ramp);
     place(IDC_CMDPLUS, layout_.plus);
@@ -184,14 +191,23 @@ void frmPattern::showStops() {
     showRamp();
 }
 
-/// At least so many; those that no stop has yet cannot be seen.
+/// At least so many; those that no stop has yet cannot be seen. Where the system has no windows for all of them, it
+/// gets those back that were made.
 void frmPattern::makeFlags(std::size_t count) {
-    while (flags_.size() < count) {
-        const std::size_t index = flags_.size();
-        const int id = IDC_PICFLAGUP + static_cast<int>(index);
-        flags_.push_back(std::make_unique<StopFlag>(static_cast<StopFlagOwner&>(*this), window(), id, index));
-        flags_.back()->bringToFront();
+    const std::size_t before = flags_.size();
+    try {
+        while (flags_.size() < count) addFlag();
+    } catch (...) {
+        flags_.resize(before);
+        throw;
     }
+}
+
+void frmPattern::addFlag() {
+    const std::size_t index = flags_.size();
+    const int id = IDC_PICFLAGUP + static_cast<int>(index);
+    flags_.push_back(std::make_unique<StopFlag>(static_cast<StopFlagOwner&>(*this), window(), id, index));
+    flags_.back()->bringToFront();
 }
 
 void frmPattern::placeFlags() const {
@@ -279,7 +295,11 @@ void frmPattern::cancel() {
 }
 
 void frmPattern::addStop() {
-    if (editor_.add()) showStops();
+    orTell(u"Cannot add a stop", [&] {
+        makeFlags(editor_.count() + 1);
+        editor_.add();
+        showStops();
+    });
 }
 
 void frmPattern::removeStop() {
@@ -316,14 +336,19 @@ void frmPattern::chooseStopColor(std::size_t index) {
     const auto color = chooseColor(window(), editor_.stop(index).color(), customColors_);
     if (!color || !isLoaded() || index >= editor_.count()) return;
     editor_.setColor(index, *color);
-    showSelection();
-    showRamp();
+    // The stop has its colour, whether it can be shown now or not.
+    static_cast<void>(failureOf([&] {
+        showSelection();
+        showRamp();
+    }));
 }
 
 void frmPattern::loadFile() {
-    quietly([&] {
-        const auto pattern = files_.load(window());
-        if (!pattern || !isLoaded()) return;
+    const auto path = files_.choose(window(), PatternFileUse::Load);
+    if (!path || !isLoaded()) return;
+    orTell(u"Cannot read " + *path, [&] {
+        const auto pattern = readPatternFile(*path);
+        if (!pattern) return;
         PatternEditor loaded = editor_;
         loaded.build(*pattern);
         makeFlags(loaded.count());
@@ -333,7 +358,9 @@ void frmPattern::loadFile() {
 }
 
 void frmPattern::saveFile() {
-    quietly([&] { files_.save(window(), editor_.pattern()); });
+    const auto path = files_.choose(window(), PatternFileUse::Save);
+    if (!path || !isLoaded()) return;
+    orTell(u"Cannot write " + *path, [&] { writePatternFile(*path, editor_.pattern()); });
 }
 
 }  // namespace vrx

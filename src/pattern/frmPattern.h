@@ -51,13 +51,14 @@ class frmPattern final : public Form, private StopFlagOwner {
     void flagReleased() override;
     void flagFocused(std::size_t index) override;
 
-    void readSettings();
+    [[nodiscard]] std::int32_t readSettings();
     void resizeTo(int width);
     void layOut(int width, int height);
     void place(int id, const Box& box) const;
 
     void showStops();
     void makeFlags(std::size_t count);
+    void addFlag();
     void placeFlags() const;
     void showSelection();
     void showRamp();

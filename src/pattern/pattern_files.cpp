@@ -14,19 +14,15 @@ std::optional<std::u16string> PatternFiles::choose(HWND owner, PatternFileUse us
     return path;
 }
 
-std::optional<std::u16string> PatternFiles::load(HWND owner) {
-    const auto path = choose(owner, PatternFileUse::Load);
-    if (!path) return std::nullopt;
-    const Bytes file = readFileAndZero(*path);
+std::optional<std::u16string> readPatternFile(const std::u16string& path) {
+    const Bytes file = readFileAndZero(path);
     const auto content = file.span().first(file.size() - 1);
     if (content.empty()) return std::nullopt;
     return decodePatternFile(content);
 }
 
-void PatternFiles::save(HWND owner, const std::u16string& pattern) {
-    const auto path = choose(owner, PatternFileUse::Save);
-    if (!path) return;
-    FileReplacement file(*path);
+void writePatternFile(const std::u16string& path, const std::u16string& pattern) {
+    FileReplacement file(path);
     file.write(encodePatternFile(pattern));
     file.commit();
 }

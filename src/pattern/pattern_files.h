@@ -1,4 +1,4 @@
-// Pattern files as the editor loads and saves them, with the folder and the name that were used last.
+// Pattern files as the editor chooses, loads and saves them, with the folder and the name that were used last.
 #pragma once
 
 #include <windows.h>
@@ -18,17 +18,17 @@ class PatternFiles {
     [[nodiscard]] const std::u16string& folder() const { return folder_; }
     void setFolder(std::u16string folder) { folder_ = std::move(folder); }
 
-    /// Lets the user choose a file and reads its pattern; nothing when the user cancels or the file is empty.
-    /// Throws for a file that cannot be read.
-    [[nodiscard]] std::optional<std::u16string> load(HWND owner);
-    /// Lets the user choose a file and writes the pattern. Throws for a file that cannot be written.
-    void save(HWND owner, const std::u16string& pattern);
-
-  private:
+    /// Lets the user choose a file, whose folder and name come first the next time; nothing when the user cancels.
     [[nodiscard]] std::optional<std::u16string> choose(HWND owner, PatternFileUse use);
 
+  private:
     std::u16string folder_ = hostFolder();
     std::u16string fileName_;
 };
+
+/// The pattern in a file; nothing when the file is empty. Throws for one that cannot be read.
+[[nodiscard]] std::optional<std::u16string> readPatternFile(const std::u16string& path);
+/// An old file is replaced, or stays as it is where the new one cannot be written.
+void writePatternFile(const std::u16string& path, const std::u16string& pattern);
 
 }  // namespace vrx

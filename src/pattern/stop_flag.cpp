@@ -72,14 +72,27 @@ std::optional<LRESULT> StopFlag::handle(UINT message, WPARAM wide, LPARAM longer
             paint();
             return 0;
         case WM_LBUTTONDOWN:
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONDBLCLK:
+        case WM_MBUTTONDOWN:
+        case WM_MBUTTONDBLCLK:
             press(x);
             return 0;
+        case WM_XBUTTONDOWN:
+        case WM_XBUTTONDBLCLK:
+            press(x);
+            return TRUE;
         case WM_MOUSEMOVE:
             if (pressed_ && (wide & MK_LBUTTON)) drag(x);
             return 0;
         case WM_LBUTTONUP:
-            if (GetCapture() == window()) ReleaseCapture();
+        case WM_RBUTTONUP:
+        case WM_MBUTTONUP:
+            lift(wide);
             return 0;
+        case WM_XBUTTONUP:
+            lift(wide);
+            return TRUE;
         case WM_CAPTURECHANGED:
             release();
             return 0;
@@ -126,6 +139,12 @@ void StopFlag::press(int x) {
 void StopFlag::drag(int x) {
     const std::int32_t columns = drag_.movement(x, left_);
     if (columns != 0) owner_.flagDragged(index_, columns);
+}
+
+/// The capture goes with the last of several buttons, and brings WM_CAPTURECHANGED.
+void StopFlag::lift(WPARAM buttons) {
+    constexpr WPARAM kAnyButton = MK_LBUTTON | MK_RBUTTON | MK_MBUTTON | MK_XBUTTON1 | MK_XBUTTON2;
+    if (!(buttons & kAnyButton) && GetCapture() == window()) ReleaseCapture();
 }
 
 void StopFlag::release() {

@@ -48,6 +48,7 @@ class StopFlag final : public CustomControl {
     void post(UINT message, WPARAM wide) const;
     void press(int x);
     void drag(int x);
+    void lift(WPARAM buttons);
     void release();
     void paint();
     [[nodiscard]] bool showsFocus() const;

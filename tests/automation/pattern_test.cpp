@@ -132,6 +132,63 @@ TEST(Pattern, RefusesAnArrayOfAnotherTypeAndALockedOne) {
     SafeArrayDestroy(locked);
 }
 
+/// Whether it holds an array (0 To 10) of variants, each of them Empty.
+bool holdsElevenEmptyElements(Variant& table) {
+    LONG upper = -1;
+    if (V_VT(&table.get()) != (VT_ARRAY | VT_VARIANT)) return false;
+    SAFEARRAY* const array = V_ARRAY(&table.get());
+    if (FAILED(SafeArrayGetUBound(array, 1, &upper)) || upper != 10) return false;
+    for (LONG i = 0; i <= upper; ++i) {
+        Variant element = vrx::makeLong(7);
+        SafeArrayGetElement(array, &i, &element.get());
+        if (V_VT(&element.get()) != VT_EMPTY) return false;
+    }
+    return true;
+}
+
+TEST(Pattern, MakesTheFreshArrayFirstSoThatAfterAFailureItsElementsAreEmpty) {
+    const auto pattern = makePattern();
+    Variant table = vrx::makeText(u"old");
+    EXPECT_EQ(expand(*pattern, L"0-255;99999999999-0;", 10, table.get()), kOverflow);
+    EXPECT_TRUE(holdsElevenEmptyElements(table));
+    ASSERT_EQ(expand(*pattern, L"0-255;", 300, table.get()), S_OK);
+    EXPECT_EQ(expand(*pattern, L"0-2147483648;", 10, table.get()), kOverflow);
+    EXPECT_TRUE(holdsElevenEmptyElements(table));
+}
+
+TEST(LateBoundPattern, MakesTheFreshArrayFirstSoThatAfterAFailureItsElementsAreEmpty) {
+    const auto pattern = host::create(L"VrxCommon.CVrxPattern");
+    Variant table = vrx::makeLong(5);
+    EXPECT_EQ(call(*pattern, L"Get_PatternFromString",
+                   {Text(L"99999999999-0;"), integer(10), reference(table.get())})
+                  .scode,
+              kOverflow);
+    EXPECT_TRUE(holdsElevenEmptyElements(table));
+}
+
+TEST(Pattern, AnArrayThatCannotBeMadeLeavesTheVariableAsItIs) {
+    const auto pattern = makePattern();
+    Variant table = vrx::makeLong(5);
+    EXPECT_EQ(expand(*pattern, L"0-255;", -1, table.get()), kSubscript);
+    EXPECT_EQ(V_VT(&table.get()), VT_I4);
+    EXPECT_EQ(V_I4(&table.get()), 5);
+}
+
+TEST(Pattern, TheTextMayStandInTheArrayThatIsReplaced) {
+    const auto pattern = makePattern();
+    Variant table;
+    ASSERT_EQ(expand(*pattern, L"0-255;", 0, table.get()), S_OK);
+    LONG first = 0;
+    Variant text = vrx::makeText(u"0-255;");
+    ASSERT_EQ(SafeArrayPutElement(V_ARRAY(&table.get()), &first, &text.get()), S_OK);
+    VARIANT* elements = nullptr;
+    SafeArrayAccessData(V_ARRAY(&table.get()), reinterpret_cast<void**>(&elements));
+    const BSTR inside = V_BSTR(elements);
+    SafeArrayUnaccessData(V_ARRAY(&table.get()));
+    EXPECT_EQ(pattern->Get_PatternFromString(inside, 10, &table.get()), S_OK);
+    EXPECT_EQ(colorsOf(table), kRedToBlack);
+}
+
 TEST(Pattern, TheHostMayResizeTheArray) {
     const auto pattern = makePattern();
     Variant table;

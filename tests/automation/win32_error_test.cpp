@@ -28,6 +28,7 @@ TEST(Win32Error, BecomesTheNumberThatVbHostsKnow) {
         {ERROR_NOT_ENOUGH_MEMORY, 7},
         {ERROR_OUTOFMEMORY, 7},
         {ERROR_NO_SYSTEM_RESOURCES, 7},
+        {ERROR_NO_MORE_USER_HANDLES, 7},
         {ERROR_CRC, 57},
         {0xFFFFFFFF, 57},
     };

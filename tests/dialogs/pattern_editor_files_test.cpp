@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "dialogs/resource.h"
+#include "message_box_watcher.h"
+#include "pattern/frmPattern.h"
 #include "pattern_driver.h"
 #include "throwaway_folder.h"
 
@@ -125,21 +127,85 @@ TEST_F(PatternEditorDialogs, LoadShowsTheNewStops) {
     }));
 }
 
-TEST_F(PatternEditorDialogs, AFileThatCannotBeReadEndsQuietlyAndKeepsThePattern) {
-    EXPECT_EQ(afterLoading(folder_ / L"missing.VGR"), kRedWhiteBlue);
-    EXPECT_EQ(afterLoading(folder_ / L"no folder\\missing.VGR"), kRedWhiteBlue);
+void expectOneBox(host::MessageBoxWatcher& watcher, const std::wstring& text) {
+    const std::vector<host::MessageBox> boxes = watcher.boxes();
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_EQ(boxes.front().text, text);
+    EXPECT_EQ(boxes.front().title, L"Errore");
+    EXPECT_TRUE(boxes.front().critical);
+    EXPECT_TRUE(boxes.front().onlyOk);
+}
+
+TEST_F(PatternEditorDialogs, AFileThatCannotBeReadIsToldInAMessageBoxAndThePatternIsKept) {
+    for (const auto& [name, reason] : {std::pair(L"missing.VGR", L"File not found"),
+                                       std::pair(L"no folder\\missing.VGR", L"Path not found")}) {
+        host::MessageBoxWatcher watcher;
+        EXPECT_EQ(afterLoading(folder_ / name), kRedWhiteBlue);
+        expectOneBox(watcher, L"Cannot read " + (folder_ / name) + L": " + reason);
+    }
 }
 
 TEST_F(PatternEditorDialogs, AnEmptyFileKeepsThePattern) { EXPECT_EQ(afterLoading(""), kRedWhiteBlue); }
 
-TEST_F(PatternEditorDialogs, AFileWithANumberThatIsTooLargeKeepsThePattern) {
+TEST_F(PatternEditorDialogs, AFileWithANumberThatIsTooLargeIsToldAndThePatternIsKept) {
+    host::MessageBoxWatcher watcher;
     EXPECT_EQ(afterLoading("0-1;99999999999-2;\r\n"), kRedWhiteBlue);
+    expectOneBox(watcher, L"Cannot read " + (folder_ / L"pattern.VGR") + L": Overflow");
 }
 
-TEST_F(PatternEditorDialogs, AFileWithMoreStopsThanThereAreFlagsKeepsThePattern) {
-    std::string content;
-    for (int i = 0; i < 5000; ++i) content += "5-5;";
-    EXPECT_EQ(afterLoading(content), kRedWhiteBlue);
+TEST_F(PatternEditorDialogs, AFileMayHave3000Stops) {
+    std::string content = "0-255;";
+    for (int i = 0; i < 2998; ++i) content += "5-5;";
+    const std::wstring path = folder_.write(L"many.VGR", bytesOf(content + "1000-16711680;"));
+    EXPECT_EQ(edit(kRedWhiteBlue,
+                   [&](const PatternWindow& editor) {
+                       editor.chooseFile(IDM_ITEMLOAD, path);
+                       EXPECT_TRUE(eventually([&] { return editor.flag(2999) != nullptr; }));
+                       EXPECT_EQ(editor.flag(3000), nullptr);
+                   }),
+              L"0-255;5-5;1000-16711680;");
+}
+
+/// A pattern object of the host's that fails from some moment on.
+class FailingPattern final : public vrx::ObjectBase<_CVrxPattern> {
+  public:
+    FailingPattern() : ObjectBase(kIdentity) {}
+
+    bool fails = false;
+
+    STDMETHODIMP get_REGKEY(BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP put_REGKEY(BSTR) override { return E_NOTIMPL; }
+    STDMETHODIMP Load(BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP Get_PatternFromString(BSTR, long, VARIANT*) override {
+        if (fails) throw vrx::platformError(vrx::Platform::OutOfMemory);
+        return S_OK;
+    }
+
+  private:
+    static constexpr vrx::ClassIdentity kIdentity{u"CVrxPattern", CLSID_CVrxPattern, IID__CVrxPattern};
+};
+
+TEST_F(PatternEditorDialogs, AFailureWhileTheEditorRepaintsAfterAColorWasChosenEndsQuietlyWithoutLosingEdits) {
+    const vrx::ComPtr<FailingPattern> object(new FailingPattern);
+    vrx::frmPattern form;
+    form.setObjPattern(vrx::ComPtr<_CVrxPattern>(object.get()));
+    form.prepare(u"0-255;500-16777215;1000-16711680;");
+    {
+        const host::WindowDriver driver(L"Pattern", [&](HWND window) {
+            const PatternWindow editor(window);
+            editor.setRampWidth(200);
+            editor.drag(2, 20);
+            const HWND dialog = editor.open([&] { editor.key(0, VK_F2); });
+            setColors(dialog, L"1", L"0", L"0");
+            object->fails = true;
+            editor.end(dialog, IDOK);
+            object->fails = false;
+            EXPECT_TRUE(IsWindowVisible(window));
+        });
+        EXPECT_NO_THROW(form.showModal());
+    }
+    EXPECT_EQ(form.pattern(), u"0-1;600-16777215;1000-16711680;");
+    form.unload();
 }
 
 TEST_F(PatternEditorDialogs, AFileWithoutAPatternReadsAsBlack) {
@@ -167,17 +233,20 @@ TEST_F(PatternEditorDialogs, SaveAddsTheExtensionThatTheUserLeavesOut) {
     }));
 }
 
-TEST_F(PatternEditorDialogs, SavingOverAReadOnlyFileEndsQuietly) {
+TEST_F(PatternEditorDialogs, SavingOverAReadOnlyFileIsToldAndTheFileKeepsItsOldContents) {
+    host::MessageBoxWatcher watcher;
     const std::wstring path = folder_.write(L"fixed.VGR", bytesOf("0-1;\r\n"));
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(
         edit(kRedWhiteBlue, [&](const PatternWindow& editor) { editor.chooseFile(IDM_ITEMSAVE, path); }),
         kRedWhiteBlue);
     EXPECT_EQ(host::readBytes(path), bytesOf("0-1;\r\n"));
+    expectOneBox(watcher, L"Cannot write " + path + L": Path/File access error");
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-TEST_F(PatternEditorDialogs, SavingIntoAMissingFolderEndsQuietly) {
+TEST_F(PatternEditorDialogs, SavingIntoAMissingFolderIsTold) {
+    host::MessageBoxWatcher watcher;
     EXPECT_EQ(edit(kRedWhiteBlue,
                    [&](const PatternWindow& editor) {
                        const HWND dialog = editor.openByMenu(IDM_ITEMSAVE);
@@ -185,9 +254,11 @@ TEST_F(PatternEditorDialogs, SavingIntoAMissingFolderEndsQuietly) {
                        editor.end(dialog, IDOK);
                    }),
               kRedWhiteBlue);
+    expectOneBox(watcher, L"Cannot write " + (folder_ / L"none\\x.VGR") + L": Path not found");
 }
 
 TEST_F(PatternEditorDialogs, CancellingTheFileDialogsEndsQuietly) {
+    host::MessageBoxWatcher watcher;
     EXPECT_EQ(edit(kRedWhiteBlue,
                    [&](const PatternWindow& editor) {
                        for (const int item : {IDM_ITEMLOAD, IDM_ITEMSAVE}) {
@@ -198,6 +269,7 @@ TEST_F(PatternEditorDialogs, CancellingTheFileDialogsEndsQuietly) {
                    }),
               kRedWhiteBlue);
     EXPECT_TRUE(folder_.names().empty());
+    EXPECT_TRUE(watcher.boxes().empty());
 }
 
 TEST_F(PatternEditorDialogs, TheFileDialogsHaveTheirTitlesTheFilterAndTheLastName) {

@@ -214,6 +214,37 @@ TEST_F(PatternEditorWindow, PressingAFlagSelectsItsStop) {
     }));
 }
 
+TEST_F(PatternEditorWindow, AnyMouseButtonsPressOnAFlagSelectsItAndShowsTheTipOnlyTheLeftOneDrags) {
+    static_cast<void>(edit(kRedWhiteBlue, [](const PatternWindow& editor) {
+        const auto send = [&](int index, UINT message, WPARAM buttons, int x) {
+            SendMessageW(editor.flag(index), message, buttons, MAKELPARAM(x, 5));
+        };
+        struct Button {
+            UINT down;
+            UINT up;
+            WPARAM held;
+        };
+        for (const auto& [down, up, held] : {Button{WM_RBUTTONDOWN, WM_RBUTTONUP, MK_RBUTTON},
+                                             Button{WM_MBUTTONDOWN, WM_MBUTTONUP, MK_MBUTTON},
+                                             Button{WM_XBUTTONDOWN, WM_XBUTTONUP, MK_XBUTTON1},
+                                             Button{WM_RBUTTONDBLCLK, WM_RBUTTONUP, MK_RBUTTON}}) {
+            send(1, down, held, 5);
+            EXPECT_EQ(editor.selected(), 1);
+            EXPECT_EQ(editor.labels(), L"0 0 255");
+            EXPECT_EQ(editor.tip(), L"100.0%");
+            send(1, up, 0, 5);
+            EXPECT_EQ(editor.tip(), L"");
+            send(2, down, held, 5);
+            EXPECT_EQ(editor.selected(), 2);
+            EXPECT_EQ(editor.tip(), L"50.0%");
+            send(2, WM_MOUSEMOVE, held, 35);
+            EXPECT_EQ(editor.column(2), 100);
+            send(2, up, 0, 35);
+            EXPECT_EQ(editor.tip(), L"");
+        }
+    }));
+}
+
 TEST_F(PatternEditorWindow, PlusAddsABlackStopNearTheMiddle) {
     EXPECT_EQ(edit(kRedBlue,
                    [](const PatternWindow& editor) {

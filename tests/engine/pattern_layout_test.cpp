@@ -34,6 +34,22 @@ bool apart(const Box& a, const Box& b) {
     return a.right() <= b.left || b.right() <= a.left || a.bottom() <= b.top || b.bottom() <= a.top;
 }
 
+TEST(PatternWidth, IsKeptInTwipsAsTheScreenCountsThem15_12_Or10ToThePixelAt96_120_144Dpi) {
+    EXPECT_EQ(twipsOf(249, 96), 3735);
+    EXPECT_EQ(twipsOf(249, 120), 2988);
+    EXPECT_EQ(twipsOf(249, 144), 2490);
+    EXPECT_EQ(pixelsOf(3735, 96), 249);
+    EXPECT_EQ(pixelsOf(3735, 120), 311);  // 311.25
+    EXPECT_EQ(pixelsOf(3735, 144), 374);  // 373.5, halves to even
+    EXPECT_EQ(pixelsOf(7200, 120), 600);
+}
+
+TEST(PatternWidth, OpensTheEditorAsWideAsItWasOnEveryScreen) {
+    for (const int dpi : {72, 96, 120, 144, 168, 192, 288, 384, 480}) {
+        for (int width = 249; width <= 1000; ++width) EXPECT_EQ(pixelsOf(twipsOf(width, dpi), dpi), width) << dpi;
+    }
+}
+
 TEST(PatternLayout, NoControlOverlapsAnotherOrTheWindowsEdge) {
     for (const auto& [narrowest, height] : kInner) {
         for (int width = narrowest; width <= narrowest + 751; width += 13) {

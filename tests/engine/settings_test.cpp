@@ -97,7 +97,7 @@ TEST(SettingNumber, OutOfRangeIsTheNearestValidValue) {
     EXPECT_EQ(settingNumber(u"7", settings::kImageLoaderType), 3);
     EXPECT_EQ(settingNumber(u"7", settings::kImageSaverType), 1);
     EXPECT_EQ(settingNumber(u"7", settings::kHdrSaverType), 2);
-    EXPECT_EQ(settingNumber(u"10", settings::kPatternWidth), 3735);
+    EXPECT_EQ(settingNumber(u"-10", settings::kPatternWidth), 0);
     EXPECT_EQ(any(u"2147483648"), kLargest);
     EXPECT_EQ(any(u"-1e300"), kSmallest);
 }

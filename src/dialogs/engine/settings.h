@@ -40,9 +40,9 @@ inline constexpr NumberSetting kHdrSaverQuality{u"\\HDRSaver", u"JPGDetail", 85,
 inline constexpr FolderSetting kHdrLoaderPath{u"\\ImageHDR", u"Path"};
 inline constexpr NumberSetting kHdrLoaderPreview{u"\\ImageHDR", u"Preview", 1, 0, 1};
 
-// The width of the editor's window in twips, 15 to the pixel: 249 to 1000 pixels.
+// The width of the editor's window in twips; its bounds are pixels.
 inline constexpr FolderSetting kPatternPath{u"\\Pattern", u"Path"};
-inline constexpr NumberSetting kPatternWidth{u"\\Pattern", u"Width", 3735, 3735, 15000};
+inline constexpr NumberSetting kPatternWidth{u"\\Pattern", u"Width", 3735, 0, 1'000'000};
 
 }  // namespace settings
 

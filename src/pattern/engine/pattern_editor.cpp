@@ -4,7 +4,6 @@
 #include <cmath>
 #include <utility>
 
-#include "common/engine/error.h"
 #include "common/engine/rounding.h"
 #include "pattern/engine/pattern_writer.h"
 
@@ -43,7 +42,6 @@ void PatternEditor::build(std::u16string_view pattern) {
     std::int32_t largest = 0;
     std::size_t largestIndex = kLeftEnd;
     while (!pattern.empty()) {
-        if (stops.size() == kMostStops) throw platformError(Platform::OutOfMemory);
         const PatternItem item = Split_PatternItem(Get_NextPatternItem(pattern));
         stops.push_back(makeStop(item));
         if (item.position > largest) {
@@ -80,12 +78,10 @@ std::size_t PatternEditor::neighbour(bool right) const {
     return here == order.begin() ? selected_ : *(here - 1);
 }
 
-bool PatternEditor::add() {
-    if (stops_.size() >= kMostStops) return false;
+void PatternEditor::add() {
     Stop& stop = stops_.emplace_back();
     put(stop, {columnOfNewStop(rampWidth_), rampWidth_});
     selected_ = stops_.size() - 1;
-    return true;
 }
 
 bool PatternEditor::removeSelected() {

@@ -13,9 +13,6 @@
 
 namespace vrx {
 
-/// A flag for more stops than this could not be made: the system has windows for some thousands.
-inline constexpr std::size_t kMostStops = 2000;
-
 class PatternEditor {
   public:
     /// The two first stops are the ends of the ramp, which neither move nor go.
@@ -27,8 +24,8 @@ class PatternEditor {
     void setRampWidth(std::int32_t width);
 
     /// Puts the stops of a pattern string, whose positions are thousandths of the ramp, in the place of the
-    /// old ones; missing ends are black. The last one made is selected. Overflow for numbers beyond 32 bits,
-    /// out of memory for more than `kMostStops`; the old stops then stay.
+    /// old ones; missing ends are black. The last one made is selected. Overflow for numbers beyond 32 bits; the
+    /// old stops then stay.
     void build(std::u16string_view pattern);
     /// Leaves no stop at all.
     void clear();
@@ -40,8 +37,8 @@ class PatternEditor {
     /// The stop that follows to the right or the left of the selected one; at an end that one itself.
     [[nodiscard]] std::size_t neighbour(bool right) const;
 
-    /// A new black stop near the middle, selected. False when there are `kMostStops`.
-    bool add();
+    /// A new black stop near the middle, selected.
+    void add();
     /// False for an end of the ramp.
     bool removeSelected();
     /// Moves a stop by so many columns, held to the ramp. False when it stays where it is; an end always

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 
+#include "common/engine/rounding.h"
+
 namespace vrx {
 namespace {
+
+constexpr double kTwipsPerInch = 1440;
 
 constexpr int kMargin = 8;
 constexpr int kTopMargin = 5;
@@ -39,6 +43,10 @@ int rampHeight(int height, const PatternTexts& texts) {
 }
 
 }  // namespace
+
+std::int32_t twipsOf(std::int32_t pixels, int dpi) { return toInt32(pixels * kTwipsPerInch / dpi); }
+
+std::int32_t pixelsOf(std::int32_t twips, int dpi) { return toInt32(twips * static_cast<double>(dpi) / kTwipsPerInch); }
 
 PatternLayout layOutPattern(int width, int height, const PatternTexts& texts) {
     PatternLayout layout{};

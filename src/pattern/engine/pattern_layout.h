@@ -2,7 +2,14 @@
 // The ramp and the flags below it take what the row of values and buttons leaves.
 #pragma once
 
+#include <cstdint>
+
 namespace vrx {
+
+/// Twips as the screen counts them: 15, 12 or 10 to the pixel at 96, 120 or 144 dots per inch.
+[[nodiscard]] std::int32_t twipsOf(std::int32_t pixels, int dpi);
+/// The nearest number of pixels, halves to even.
+[[nodiscard]] std::int32_t pixelsOf(std::int32_t twips, int dpi);
 
 /// A flag's left edge is this much to the right of its stop's column, counted from the ramp's own columns.
 inline constexpr int kFlagOffset = 8;
