@@ -20,17 +20,19 @@ namespace {
 
 constexpr long kMachine = static_cast<long>(0x80000002);
 
-/// A component in COM's table of objects, from where every apartment gets it, and the thread that made it.
-struct Shared {
+// In place of a thread's number: the component serves every thread.
+constexpr DWORD kEveryThread = 0;
+
+/// A component in COM's table of objects, and the thread that gets it from there.
+struct Kept {
     DWORD thread;
     DWORD cookie;
 };
 
-// The first one serves every thread that can use it; the others those threads that cannot, because the system
-// does not know how to carry the component's interface to them. Calls of a component can let other code of this
-// thread run, so there is none under the guard.
+// One for every thread, or one for each where the system does not know how to carry the component's interface from
+// thread to thread. Calls of a component can let other code of this thread run, so there is none under the guard.
 std::mutex guard;
-std::vector<Shared> components;
+std::vector<Kept> components;
 
 ComPtr<IGlobalInterfaceTable> interfaceTable() {
     ComPtr<IGlobalInterfaceTable> table;
@@ -39,50 +41,53 @@ ComPtr<IGlobalInterfaceTable> interfaceTable() {
     return table;
 }
 
-bool isOwn(const Shared& component) { return component.thread == GetCurrentThreadId(); }
-
-/// This thread's own component before the one for all.
-std::vector<Shared> candidates() {
+std::optional<Kept> keptForThisThread() {
     const std::lock_guard lock(guard);
-    std::vector<Shared> found;
-    const auto own = std::ranges::find_if(components, isOwn);
-    if (own != components.end()) found.push_back(*own);
-    if (!components.empty() && own != components.begin()) found.push_back(components.front());
-    return found;
+    const auto found = std::ranges::find_if(components, [](const Kept& kept) {
+        return kept.thread == kEveryThread || kept.thread == GetCurrentThreadId();
+    });
+    if (found == components.end()) return std::nullopt;
+    return *found;
 }
 
 void forget(IGlobalInterfaceTable& table, DWORD cookie) {
     {
         const std::lock_guard lock(guard);
-        std::erase_if(components, [&](const Shared& component) { return component.cookie == cookie; });
+        std::erase_if(components, [&](const Kept& kept) { return kept.cookie == cookie; });
     }
     table.RevokeInterfaceFromGlobal(cookie);
 }
 
-/// A component that is there and serves this thread. The table holds what every object can be asked for on every
-/// thread; only then the object itself is asked for its interface. It loses an object with the apartment that
-/// made it.
+/// The table loses an object with the apartment that made it.
 ComPtr<_SettingsRegistry> findComponent(IGlobalInterfaceTable& table) {
-    for (const Shared& candidate : candidates()) {
+    while (const auto kept = keptForThisThread()) {
         ComPtr<IUnknown> object;
-        void** result = reinterpret_cast<void**>(object.put());
-        if (FAILED(table.GetInterfaceFromGlobal(candidate.cookie, IID_IUnknown, result))) {
-            forget(table, candidate.cookie);
-        } else if (ComPtr<_SettingsRegistry> found = object.as<_SettingsRegistry>()) {
-            return found;
-        }
+        const IID& wanted = kept->thread == kEveryThread ? IID__SettingsRegistry : IID_IUnknown;
+        table.GetInterfaceFromGlobal(kept->cookie, wanted, reinterpret_cast<void**>(object.put()));
+        if (ComPtr<_SettingsRegistry> found = object.as<_SettingsRegistry>()) return found;
+        forget(table, kept->cookie);
     }
     return {};
+}
+
+/// The table takes an object by its IUnknown, which the system can always carry, where it refuses the interface.
+std::optional<Kept> keep(IGlobalInterfaceTable& table, _SettingsRegistry* made) {
+    Kept kept{kEveryThread, 0};
+    if (SUCCEEDED(table.RegisterInterfaceInGlobal(made, IID__SettingsRegistry, &kept.cookie))) return kept;
+    kept.thread = GetCurrentThreadId();
+    if (SUCCEEDED(table.RegisterInterfaceInGlobal(made, IID_IUnknown, &kept.cookie))) return kept;
+    return std::nullopt;
 }
 
 ComPtr<_SettingsRegistry> makeComponent(IGlobalInterfaceTable& table) {
     ComPtr<_SettingsRegistry> made;
     CoCreateInstance(CLSID_SettingsRegistry, nullptr, CLSCTX_SERVER, IID__SettingsRegistry,
                      reinterpret_cast<void**>(made.put()));
-    DWORD cookie = 0;
-    if (!made || FAILED(table.RegisterInterfaceInGlobal(made.get(), IID_IUnknown, &cookie))) return made;
-    const std::lock_guard lock(guard);
-    components.push_back({GetCurrentThreadId(), cookie});
+    if (!made) return made;
+    if (const auto kept = keep(table, made.get())) {
+        const std::lock_guard lock(guard);
+        components.push_back(*kept);
+    }
     return made;
 }
 
@@ -143,15 +148,15 @@ void SettingsStore::write(const NumberSetting& setting, std::int32_t value) cons
 }
 
 void releaseSettingsComponent() noexcept {
-    std::vector<Shared> released;
+    std::vector<Kept> released;
     {
         const std::lock_guard lock(guard);
         released.swap(components);
     }
     if (released.empty()) return;
     const ComPtr<IGlobalInterfaceTable> table = interfaceTable();
-    for (const Shared& component : released) {
-        if (table) table->RevokeInterfaceFromGlobal(component.cookie);
+    for (const Kept& kept : released) {
+        if (table) table->RevokeInterfaceFromGlobal(kept.cookie);
     }
 }
 

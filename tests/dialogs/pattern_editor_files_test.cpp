@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "com/object_base.h"
 #include "dialogs/resource.h"
 #include "message_box_watcher.h"
 #include "pattern/frmPattern.h"
@@ -166,10 +167,12 @@ TEST_F(PatternEditorDialogs, AFileMayHave3000Stops) {
               L"0-255;5-5;1000-16711680;");
 }
 
+const vrx::ClassIdentity kFailingIdentity = {u"CVrxPattern", CLSID_CVrxPattern, IID__CVrxPattern};
+
 /// A pattern object of the host's that fails from some moment on.
 class FailingPattern final : public vrx::ObjectBase<_CVrxPattern> {
   public:
-    FailingPattern() : ObjectBase(kIdentity) {}
+    FailingPattern() : ObjectBase(kFailingIdentity) {}
 
     bool fails = false;
 
@@ -180,9 +183,6 @@ class FailingPattern final : public vrx::ObjectBase<_CVrxPattern> {
         if (fails) throw vrx::platformError(vrx::Platform::OutOfMemory);
         return S_OK;
     }
-
-  private:
-    static constexpr vrx::ClassIdentity kIdentity{u"CVrxPattern", CLSID_CVrxPattern, IID__CVrxPattern};
 };
 
 TEST_F(PatternEditorDialogs, AFailureWhileTheEditorRepaintsAfterAColorWasChosenEndsQuietlyWithoutLosingEdits) {
