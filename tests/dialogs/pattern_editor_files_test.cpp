@@ -195,7 +195,7 @@ TEST_F(PatternEditorDialogs, AFailureWhileTheEditorRepaintsAfterAColorWasChosenE
             const PatternWindow editor(window);
             editor.setRampWidth(200);
             editor.drag(2, 20);
-            const HWND dialog = editor.open([&] { editor.key(0, VK_F2); });
+            const HWND dialog = editor.open([&] { editor.key(2, VK_F2); });
             setColors(dialog, L"1", L"0", L"0");
             object->fails = true;
             editor.end(dialog, IDOK);
@@ -203,9 +203,9 @@ TEST_F(PatternEditorDialogs, AFailureWhileTheEditorRepaintsAfterAColorWasChosenE
             EXPECT_TRUE(IsWindowVisible(window));
         });
         EXPECT_NO_THROW(form.showModal());
+        form.unload();
     }
-    EXPECT_EQ(form.pattern(), u"0-1;600-16777215;1000-16711680;");
-    form.unload();
+    EXPECT_EQ(form.pattern(), u"0-255;600-1;1000-16711680;");
 }
 
 TEST_F(PatternEditorDialogs, AFileWithoutAPatternReadsAsBlack) {
