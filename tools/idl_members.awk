@@ -1,4 +1,4 @@
-# idl_members.awk VrxCommon.idl - prints the published members as Visual Basic declares them, one a line:
+# idl_members.awk IDL... - prints the published members as Visual Basic declares them, one a line:
 # CLASS <tab> MEMBER <tab> DECLARATION <tab> ARGUMENTS (separated by blanks). The events of a class have CLASS/events,
 # values of an enumeration NAME/enum.
 

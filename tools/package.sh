@@ -23,8 +23,15 @@ copy_licences() {
     cp /usr/share/doc/gcc-mingw-w64-base/copyright "$1/gcc-runtime.txt"
 }
 
-# drop_source_tree PAGE... - takes out what the pages say of the source tree between two comments.
-drop_source_tree() { sed -i '/^<!-- source tree -->$/,/^<!-- end -->$/d' "$@"; }
+# write_help TO - the documentation as pages, and compiled into the help file of the component.
+write_help() {
+    local chm
+    chm=$(mktemp -d "$work/chm.XXXXXX")
+    "$tools/help/build_help.py" pages "$1"
+    "$tools/help/build_help.py" chm "$chm"
+    fpc -v0 -FU"$chm" -o"$chm/compile_chm" "$tools/help/compile_chm.pas" >/dev/null
+    "$chm/compile_chm" "$chm" "$1/VrxCommon.chm"
+}
 
 install_packages package
 "$tools/build.sh" --product "$@"
@@ -38,9 +45,9 @@ cp "$products"/{VrxCommon.dll,VrxSettings.dll,ijl10.dll,VrxCommon.tlb,VrxTypeLib
 cp "$products"/{VrxCommon,VrxSettings}.X.manifest "$content"
 mkdir "$content/include"
 cp "$build/$architecture/src/com/generated"/{VrxCommon.h,BmpInfo.h,VrxCommon_i.c} "$content/include"
-cp -r "$repo"/{LICENSE,README.md,CHANGELOG.md,docs,samples} "$content"
-rm "$content/docs/extending.md" "$content/samples/cpp/CMakeLists.txt"
-drop_source_tree "$content"/{README,docs/README,docs/installing}.md
+cp -r "$repo"/{LICENSE,samples} "$content"
+rm "$content"/samples/{README.md,cpp/CMakeLists.txt}
+write_help "$content"
 mkdir "$content/samples/bin"
 cp "$products"/{black_and_white,contact_sheet,make_sky,preview_with_cancel,registration_free,tour}.exe \
     "$products/registration_free.exe.manifest" \

@@ -8,6 +8,7 @@
 . "$tools/tally.sh"
 
 bits=$(bits_of "$@")
+install_packages package-test
 start_package_session "$bits"
 log=$throwaway_folder/log
 
@@ -25,7 +26,7 @@ licences_are_there() {
     (cd "$installed" &&
         grep -q 'Copyright (c) 2026 The VrxCommon authors' LICENSE &&
         grep -q 'Modified (3-clause) BSD License' licences/libjpeg-turbo.md &&
-        grep -q 'work of the Independent JPEG Group' licences/libjpeg-turbo-ijg.txt &&
+        grep -q "Independent JPEG Group's free JPEG" licences/libjpeg-turbo-ijg.txt &&
         grep -qi 'must not be misrepresented' licences/libjpeg-turbo-files.txt &&
         grep -q 'Runtime Library Exception' licences/gcc-runtime.txt &&
         grep -q 'Version 3, 29 June 2007' licences/gpl-3.txt &&
@@ -34,8 +35,14 @@ licences_are_there() {
         grep -q 'Unicode, Inc. All rights reserved' licences/unicode.txt)
 }
 
-links_lead_somewhere() {
-    bash "$repo/tests/structure/links_in_the_documentation_lead_somewhere.sh" "$build" "$installed"
+links_lead_somewhere() { "$repo/tests/package/links_lead_somewhere.py" "$installed"; }
+
+contexts_lead_to_pages() {
+    local listing=$throwaway_folder/contexts
+    in_wine 60 "$build/win$bits/bin/help_contexts.exe" "$(windows_path "$installed/VrxCommon.dll")" \
+        "$(windows_path "$installed/VrxCommon.dll")\\2" "$(windows_path "$installed/VrxSettings.dll")" |
+        tr -d '\r' >"$listing" &&
+        "$repo/tests/package/contexts_lead_to_pages.py" "$installed/VrxCommon.chm" "$listing" "$repo/docs/errors.md"
 }
 
 creates_every_class_without_registration() {
@@ -70,6 +77,7 @@ say "Package"
 check "the package's checksums are right" quietly checksums_are_right
 check "the package has the licences of everything linked in" quietly licences_are_there
 check "links in the package lead somewhere" quietly links_lead_somewhere
+check "every help context leads to its page in the help file" quietly contexts_lead_to_pages
 check "without registration a program with a manifest creates every class" quietly creates_every_class_without_registration
 check "a program in C++ builds with what is in the package" quietly builds_a_program
 check "the package registers for one user" quietly run_regsvr32 /n /i:user

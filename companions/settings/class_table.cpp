@@ -17,6 +17,8 @@ std::span<const ClassRow> classTable() {
 
 const wchar_t* libraryName() { return L"VrxSettings"; }
 
+const wchar_t* helpFileName() { return L"VrxCommon.chm"; }
+
 int typeLibraryCount() { return 1; }
 
 void releaseHeldObjects() noexcept {}

@@ -24,6 +24,8 @@ std::span<const ClassRow> classTable() {
 
 const wchar_t* libraryName() { return L"VrxCommon"; }
 
+const wchar_t* helpFileName() { return L"VrxCommon.chm"; }
+
 int typeLibraryCount() { return 2; }
 
 void releaseHeldObjects() noexcept { releaseSettingsComponent(); }

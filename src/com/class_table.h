@@ -20,6 +20,9 @@ struct ClassRow {
 /// Name of the module's type library, which its program ids begin with.
 [[nodiscard]] const wchar_t* libraryName();
 
+/// Name of the help file that is installed beside the module.
+[[nodiscard]] const wchar_t* helpFileName();
+
 /// How many type libraries are in the module's resources: its own, number 1, and those that it imports.
 [[nodiscard]] int typeLibraryCount();
 

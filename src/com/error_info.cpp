@@ -2,20 +2,32 @@
 
 #include <new>
 
+#include "com/class_table.h"
 #include "com/com_ptr.h"
+#include "com/module.h"
 #include "com/variant_convert.h"
 
 namespace vrx {
 namespace {
+
+/// Help contexts of errors: this and the number, which leads to the number's row of the error page.
+constexpr DWORD kFirstHelpContext = 10000;
+
+DWORD helpContextOf(const Error& error) { return kFirstHelpContext + static_cast<DWORD>(error.number); }
+
+std::wstring helpFile() { return folderOf(modulePath()) + L'\\' + helpFileName(); }
 
 void setThreadError(const IID& iid, const Error& error, const char16_t* className) {
     ComPtr<ICreateErrorInfo> created;
     if (FAILED(CreateErrorInfo(created.put()))) return;
     const std::wstring source = toWide(error.source.empty() ? className : error.source);
     const std::wstring description = toWide(error.description);
+    std::wstring help = helpFile();
     created->SetGUID(iid);
     created->SetSource(const_cast<wchar_t*>(source.c_str()));
     created->SetDescription(const_cast<wchar_t*>(description.c_str()));
+    created->SetHelpFile(help.data());
+    created->SetHelpContext(helpContextOf(error));
     if (const ComPtr<IErrorInfo> info = created.as<IErrorInfo>()) SetErrorInfo(0, info.get());
 }
 
@@ -68,6 +80,12 @@ HRESULT reportError(const Error& error, const char16_t* className, EXCEPINFO& ex
     exception.scode = hresultOf(error.number);
     exception.bstrSource = SysAllocString(asWide(error.source.empty() ? className : error.source.c_str()));
     exception.bstrDescription = SysAllocString(asWide(error.description.c_str()));
+    exception.dwHelpContext = helpContextOf(error);
+    try {
+        exception.bstrHelpFile = SysAllocString(helpFile().c_str());
+    } catch (...) {
+        // The error is worth more than its help.
+    }
     return DISP_E_EXCEPTION;
 }
 

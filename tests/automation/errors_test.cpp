@@ -33,6 +33,39 @@ TEST(EarlyBoundFailure, LeavesErrorInformationWithTheThread) {
     EXPECT_TRUE(guid == IID__CVrxImage);
 }
 
+TEST(EarlyBoundFailure, LeadsToItsRowOfTheHelpFileBesideTheLibrary) {
+    const auto object = host::createDirectly(CLSID_CVrxImage).as<_CVrxImage>();
+    ASSERT_TRUE(object);
+    BSTR path = nullptr;
+    BSTR result = nullptr;
+    EXPECT_EQ(object->Save_BMP(&path, &result), kInvalidPicture);
+    ComPtr<IErrorInfo> info;
+    ASSERT_EQ(GetErrorInfo(0, info.put()), S_OK);
+    vrx::Bstr file;
+    DWORD context = 0;
+    info->GetHelpFile(file.put());
+    info->GetHelpContext(&context);
+    EXPECT_STREQ(file.get(), (host::programFolder() + L"\\VrxCommon.chm").c_str());
+    EXPECT_EQ(context, 10481u);
+}
+
+TEST(LateBoundFailure, LeadsToItsRowOfTheHelpFileBesideTheLibrary) {
+    const std::wstring file = host::programFolder() + L"\\VrxCommon.chm";
+    const auto image = host::create(L"VrxCommon.CVrxImage");
+    const host::Outcome failed = host::call(*image, L"Save_BMP");
+    EXPECT_EQ(failed.helpFile, file);
+    EXPECT_EQ(failed.helpContext, 10481u);
+    const host::Outcome mistyped =
+        host::call(*image, L"Convert_BMP_to_JPG", {host::Text(L"a"), host::Text(L"b")});
+    EXPECT_EQ(mistyped.helpFile, file);
+    EXPECT_EQ(mistyped.helpContext, 10013u);
+    const auto settings = host::create(L"VrxSettings.SettingsRegistry");
+    const host::Outcome refused = host::call(
+        *settings, L"WriteValue", {host::integer(1), host::Text(L"a"), host::Text(L"b"), host::Text(L"c")});
+    EXPECT_EQ(refused.helpFile, file);
+    EXPECT_EQ(refused.helpContext, 10005u);
+}
+
 TEST(EarlyBoundCall, WithoutAPlaceForItsResultIsRefused) {
     const auto object = host::createDirectly(CLSID_CVrxPattern).as<_CVrxPattern>();
     ASSERT_TRUE(object);

@@ -77,6 +77,8 @@ Outcome invoke(IDispatch& object, DISPID id, WORD flags, DISPPARAMS arguments) {
     const vrx::Bstr helpFile(exception.bstrHelpFile);
     if (source) outcome.source = source.get();
     if (description) outcome.description = description.get();
+    if (helpFile) outcome.helpFile = helpFile.get();
+    outcome.helpContext = exception.dwHelpContext;
     return outcome;
 }
 

@@ -55,6 +55,8 @@ struct Outcome {
     WORD wCode = 0;
     std::wstring source;
     std::wstring description;
+    std::wstring helpFile;
+    DWORD helpContext = 0;
     UINT badArgument = 99;
 };
 
