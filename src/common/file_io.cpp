@@ -94,6 +94,19 @@ void checkTarget(const std::wstring& path) {
     }
 }
 
+void flush(HANDLE file) {
+    if (!FlushFileBuffers(file)) throwLastError();
+}
+
+/// Whether the user's rights let a file go. Error 70 for one that a program has open.
+bool mayGo(const std::wstring& path) {
+    const DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const KernelHandle file = validHandle(
+        CreateFileW(path.c_str(), DELETE | READ_CONTROL, share, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!file && GetLastError() != ERROR_ACCESS_DENIED) throwLastError();
+    return static_cast<bool>(file);
+}
+
 bool isSameFile(HANDLE file, const std::wstring& path) {
     const DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const KernelHandle other =
@@ -107,13 +120,25 @@ bool isSameFile(HANDLE file, const std::wstring& path) {
 
 }  // namespace
 
-Bytes readFileAndZero(const std::u16string& path) {
+InputFile::InputFile(const std::u16string& path) {
     const std::wstring name = systemPath(path);
     if (isFolder(GetFileAttributesW(name.c_str()))) throw platformError(Platform::PathFileAccess);
-    const KernelHandle file = openForReading(name);
-    const std::uint64_t size = sizeOf(file.get());
-    Bytes bytes(size + 1);
-    const std::size_t read = readAll(file.get(), {bytes.data(), bytes.size() - 1});
+    file_ = openForReading(name);
+}
+
+std::uint64_t InputFile::size() const { return sizeOf(file_.get()); }
+
+std::size_t InputFile::readAt(std::uint64_t offset, std::span<std::uint8_t> bytes) const {
+    LARGE_INTEGER place{};
+    place.QuadPart = static_cast<LONGLONG>(offset);
+    if (!SetFilePointerEx(file_.get(), place, nullptr, FILE_BEGIN)) throwLastError();
+    return readAll(file_.get(), bytes);
+}
+
+Bytes readFileAndZero(const std::u16string& path) {
+    const InputFile file(path);
+    Bytes bytes(file.size() + 1);
+    const std::size_t read = file.readAt(0, {bytes.data(), bytes.size() - 1});
     bytes.data()[read] = 0;
     bytes.shrink(read + 1);
     return bytes;
@@ -158,6 +183,19 @@ std::u16string temporaryFolder() {
     return {folder, folder + length};
 }
 
+std::u16string writableFolder(const std::u16string& folder) {
+    const std::wstring path = systemPath(folder + u'\\');
+    const std::wstring probe = path + L"~vrx" + std::to_wstring(GetCurrentThreadId()) + L".tmp";
+    const KernelHandle file =
+        validHandle(CreateFileW(probe.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    const DWORD error = file ? ERROR_SUCCESS : GetLastError();
+    const bool refuses = error == ERROR_ACCESS_DENIED || error == ERROR_WRITE_PROTECT;
+    return refuses ? temporaryFolder() : folder + u'\\';
+}
+
+void deleteIfPossible(const std::u16string& path) { DeleteFileW(systemPath(path).c_str()); }
+
 TemporaryFile::TemporaryFile() {
     wchar_t name[MAX_PATH + 1];
     if (!GetTempFileNameW(toWide(temporaryFolder()).c_str(), L"vrx", 0, name)) throwLastError();
@@ -174,27 +212,37 @@ std::u16string TemporaryFile::path() const {
 
 FileReplacement::FileReplacement(const std::u16string& path) : path_(systemPath(path)) {
     checkTarget(path_);
-    if (openSibling()) return;
-    const DWORD error = GetLastError();
-    // The folder takes no new files; a file that is there already may still be written.
-    if (error != ERROR_ACCESS_DENIED || GetFileAttributesW(path_.c_str()) == INVALID_FILE_ATTRIBUTES) {
-        throw win32Error(error);
+    const bool isNew = GetFileAttributesW(path_.c_str()) == INVALID_FILE_ATTRIBUTES;
+    if (!isNew) {
+        if (!mayGo(path_)) return;
+        traits_.emplace(path_);
+    }
+    if (!openSibling()) {
+        const DWORD error = GetLastError();
+        // The folder takes no new files; a file that is there already may still be written.
+        if (isNew || error != ERROR_ACCESS_DENIED) throw win32Error(error);
+    } else if (traits_ && !traits_->giveRights(sibling_, file_.get())) {
+        dropSibling();
     }
 }
 
-FileReplacement::~FileReplacement() {
+FileReplacement::~FileReplacement() { dropSibling(); }
+
+void FileReplacement::dropSibling() {
     file_.reset();
     if (!sibling_.empty()) DeleteFileW(sibling_.c_str());
+    sibling_.clear();
 }
 
 bool FileReplacement::openSibling() {
     const std::wstring folder = path_.substr(0, path_.find_last_of(L"\\/:") + 1);
+    const DWORD attributes = FILE_ATTRIBUTE_NORMAL | (traits_ ? traits_->creationAttributes() : 0);
     for (int i = 0; i < kSiblingTries; ++i) {
         const auto number =
             static_cast<unsigned>(GetCurrentProcessId() * 131 + GetTickCount() + static_cast<unsigned>(i));
         std::wstring name = folder + L"~vrx" + std::to_wstring(number) + L".tmp";
-        file_ = validHandle(CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                        FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+        file_ = validHandle(CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                        attributes | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
         if (file_) {
             sibling_ = std::move(name);
             return true;
@@ -214,15 +262,23 @@ void FileReplacement::write(std::span<const std::uint8_t> bytes) {
 
 void FileReplacement::commit() {
     if (!file_) return overwriteTarget();
+    flush(file_.get());
+    if (traits_) traits_->giveCreationTime(file_.get());
     file_.reset();
-    if (!MoveFileExW(sibling_.c_str(), path_.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-        const DWORD error = GetLastError();
-        // A target that another program has open is refused like one without rights.
-        const bool isInUse =
-            error == ERROR_ACCESS_DENIED && GetFileAttributesW(path_.c_str()) != INVALID_FILE_ATTRIBUTES;
-        throw win32Error(isInUse ? ERROR_SHARING_VIOLATION : error);
-    }
+    if (traits_ && !traits_->giveAttributes(sibling_)) throwLastError();
+    moveSibling();
     sibling_.clear();
+}
+
+/// One step: the name means the old file or the new one at any time. ReplaceFile would take two, with neither
+/// between.
+void FileReplacement::moveSibling() {
+    if (MoveFileExW(sibling_.c_str(), path_.c_str(), MOVEFILE_REPLACE_EXISTING)) return;
+    const DWORD error = GetLastError();
+    // A target that another program has open is refused like one without rights.
+    const bool isInUse =
+        error == ERROR_ACCESS_DENIED && GetFileAttributesW(path_.c_str()) != INVALID_FILE_ATTRIBUTES;
+    throw win32Error(isInUse ? ERROR_SHARING_VIOLATION : error);
 }
 
 void FileReplacement::overwriteTarget() {
@@ -233,6 +289,7 @@ void FileReplacement::overwriteTarget() {
     if (waiting_.size() > sizeOf(target.get())) setSize(target.get(), waiting_.size());
     writeAll(target.get(), waiting_);
     setSize(target.get(), waiting_.size());
+    flush(target.get());
 }
 
 }  // namespace vrx

@@ -1,24 +1,40 @@
-// Whole files in, whole files out. A file that is written replaces the old one in one step, or leaves it as
-// it was. Where the folder takes no new file, the old one is overwritten when all bytes are there and have
-// room.
+// Whole files in, whole files out. A file that is written replaces the old one in one step, when all its
+// bytes are on the disk, or leaves it as it was: whatever fails, and a power cut too, leaves the old file or
+// the new one. The new file keeps the old one's attributes and access rights. Where that cannot be, since the
+// folder takes no new file or the old one's rights forbid it to go, the old file is overwritten when all
+// bytes are there and have room.
 #pragma once
 
 #include <windows.h>
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "common/engine/byte_sink.h"
 #include "common/engine/bytes.h"
+#include "common/file_traits.h"
 #include "common/win_resource.h"
 
 namespace vrx {
 
-/// The content of a file and one zero byte behind it. Fails with the platform's errors: 53 for a file that is
-/// not there, 76 for a folder that is not, 75 for a folder or a device, 70 for a file that is locked, 7 for
-/// one that is too large.
+/// A file opened for reading. Fails with the platform's errors: 53 for a file that is not there, 76 for a
+/// folder that is not, 75 for a folder or a device, 70 for a file that is locked.
+class InputFile {
+  public:
+    explicit InputFile(const std::u16string& path);
+
+    [[nodiscard]] std::uint64_t size() const;
+    /// How many bytes there are from a place on, as many as fit at most.
+    [[nodiscard]] std::size_t readAt(std::uint64_t offset, std::span<std::uint8_t> bytes) const;
+
+  private:
+    KernelHandle file_;
+};
+
+/// The content of a file and one zero byte behind it. Error 7 for a file that is too large.
 [[nodiscard]] Bytes readFileAndZero(const std::u16string& path);
 
 /// Copies a file over another one as FileReplacement does. Error 70 for a file onto itself.
@@ -33,6 +49,13 @@ void copyFile(const std::u16string& source, const std::u16string& target);
 
 /// The user's folder for temporary files, with a backslash at its end.
 [[nodiscard]] std::u16string temporaryFolder();
+
+/// The folder, or the user's folder for temporary files where this one takes no new files; with a backslash
+/// at the end. Whatever else may be wrong with the folder is left to those who write there.
+[[nodiscard]] std::u16string writableFolder(const std::u16string& folder);
+
+/// Deletes a file where that can be done.
+void deleteIfPossible(const std::u16string& path);
 
 /// An empty file in that folder, which goes with its owner.
 class TemporaryFile {
@@ -59,17 +82,20 @@ class FileReplacement final : public ByteSink {
     ~FileReplacement();
 
     void write(std::span<const std::uint8_t> bytes) override;
-    /// Puts the new file in the place of the old one.
+    /// Puts the new file in the place of the old one, when the disk has it.
     void commit();
 
   private:
     [[nodiscard]] bool openSibling();
+    void dropSibling();
+    void moveSibling();
     void overwriteTarget();
 
     std::wstring path_;
     std::wstring sibling_;
     KernelHandle file_;
-    // In a folder that takes no new files, the bytes wait here until they are complete.
+    std::optional<FileTraits> traits_;  // of the old file
+    // Without a sibling, the bytes wait here until they are complete.
     std::vector<std::uint8_t> waiting_;
 };
 
