@@ -93,14 +93,50 @@ TEST(Decoder, RefusesLessRoomThanTheLayoutDescribes) {
     EXPECT_EQ(decodeStatus(encoded(landscape(33, 21)), room), Status::BadSize);
 }
 
-TEST(Decoder, RefusesAFileThatIsCutAtAnyByte) {
-    for (const JpegFile& file : {encoded(landscape(33, 21)), progressiveFile(landscape(33, 21))}) {
-        for (std::size_t size = 0; size < file.size(); ++size) {
+/// Where the end of the picture is marked, in files that end with it.
+constexpr std::size_t kEndSize = 2;
+
+std::vector<JpegFile> filesOfEveryKind() {
+    return {encoded(landscape(33, 21)), progressiveFile(landscape(33, 21)),
+            fileOfRepeatedScans(landscape(33, 21), 1)};
+}
+
+TEST(Decoder, RefusesAFileThatIsCutAtAnyByteBeforeItsEndMark) {
+    for (const JpegFile& file : filesOfEveryKind()) {
+        for (std::size_t size = 0; size < file.size() - kEndSize; ++size) {
             const JpegFile cut(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size));
             HostPixels room = hostRoom(33, 21, Color::Bgr, true);
             ASSERT_NE(decodeStatus(cut, room), Status::Ok) << "cut at " << size;
         }
     }
+}
+
+TEST(Decoder, TakesAPictureThatLacksOnlyItsEndMark) {
+    for (const JpegFile& file : filesOfEveryKind()) {
+        HostPixels whole = hostRoom(33, 21, Color::Bgr, true);
+        ASSERT_EQ(decodeStatus(file, whole), Status::Ok);
+        for (std::size_t lacking = 1; lacking <= kEndSize; ++lacking) {
+            const JpegFile cut(file.begin(), file.end() - static_cast<std::ptrdiff_t>(lacking));
+            HostPixels room = hostRoom(33, 21, Color::Bgr, true);
+            EXPECT_EQ(decodeStatus(cut, room), Status::Ok);
+            EXPECT_EQ(room.bytes, whole.bytes);
+        }
+    }
+}
+
+TEST(Decoder, RefusesBytesBetweenTheScanAndTheEndMarkWhichDamagedScansLeaveOver) {
+    JpegFile file = encoded(landscape(33, 21));
+    file.insert(file.end() - 2, {0x12, 0x34, 0x56, 0x78});
+    HostPixels room = hostRoom(33, 21, Color::Bgr, true);
+    EXPECT_EQ(decodeStatus(file, room), Status::DamagedJpeg);
+}
+
+TEST(Decoder, TakesBytesBetweenTheSegmentsBeforeThePicture) {
+    JpegFile file = encoded(landscape(33, 21));
+    file.insert(file.begin() + 20, {0, 0, 0, 0});  // behind the first segment, of 18 bytes
+    ASSERT_EQ(file[24], 0xFF);
+    HostPixels room = hostRoom(33, 21, Color::Bgr, true);
+    EXPECT_EQ(decodeStatus(file, room), Status::Ok);
 }
 
 TEST(Decoder, SurvivesFlippedBytes) {

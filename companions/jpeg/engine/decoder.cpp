@@ -14,7 +14,9 @@ constexpr std::uint32_t kRowsAtOnce = 16;
 constexpr long kMaxLibraryMemory = 768L << 20;
 constexpr int kMaxScans = 100;
 
-/// Gives the library the bytes of a file; there are no more when it asks again.
+/// Gives the library the bytes of a file. When it looks for a marker behind the last one, it finds the end of
+/// the picture: some writers leave that out, and scans that are cut short warn of the end that comes too
+/// early.
 class Source : public jpeg_source_mgr {
   public:
     explicit Source(std::span<const std::uint8_t> file) : jpeg_source_mgr() {
@@ -27,18 +29,31 @@ class Source : public jpeg_source_mgr {
         term_source = nothing;
     }
 
+    [[nodiscard]] bool endIsMissing() const { return endIsMissing_; }
+
   private:
     static void nothing(j_decompress_ptr) {}
 
-    static boolean fill(j_decompress_ptr codec) { ErrorTrap::leave(codec, Status::DamagedJpeg); }
+    static boolean fill(j_decompress_ptr codec) {
+        static constexpr JOCTET kEnd[] = {0xFF, JPEG_EOI};
+        // A marker is known and its segment is being read.
+        if (codec->unread_marker != 0) ErrorTrap::leave(codec, Status::DamagedJpeg);
+        auto* const self = static_cast<Source*>(codec->src);
+        self->endIsMissing_ = true;
+        self->next_input_byte = kEnd;
+        self->bytes_in_buffer = sizeof kEnd;
+        return TRUE;
+    }
 
     static void skip(j_decompress_ptr codec, long count) {
         if (count <= 0) return;
         const auto skipped = static_cast<std::size_t>(count);
-        if (skipped > codec->src->bytes_in_buffer) fill(codec);
+        if (skipped > codec->src->bytes_in_buffer) ErrorTrap::leave(codec, Status::DamagedJpeg);
         codec->src->next_input_byte += skipped;
         codec->src->bytes_in_buffer -= skipped;
     }
+
+    bool endIsMissing_ = false;
 };
 
 class Decompressor {
@@ -69,6 +84,7 @@ class Decompressor {
             codec_.out_color_space = libraryColorOf(layout.color);
             jpeg_start_decompress(&codec_);
             readRows(layout, pixels);
+            if (source_.endIsMissing() && !hasAllScans()) ErrorTrap::leave(&codec_, Status::DamagedJpeg);
             jpeg_finish_decompress(&codec_);
         });
     }
@@ -88,6 +104,21 @@ class Decompressor {
             }
             jpeg_read_scanlines(&codec_, rows.data(), count);
         }
+    }
+
+    /// Whether nothing of the picture can have stood behind its last scan: each part has been scanned and,
+    /// where scans refine each other, to the last bit.
+    [[nodiscard]] bool hasAllScans() const {
+        // Arithmetic codes end without a warning.
+        if (codec_.arith_code != FALSE) return false;
+        for (int i = 0; i < codec_.num_components; ++i) {
+            // The library notes the table at the part's first scan.
+            if (codec_.comp_info[i].quant_table == nullptr) return false;
+            for (int k = 0; codec_.progressive_mode != FALSE && k < DCTSIZE2; ++k) {
+                if (codec_.coef_bits[i][k] != 0) return false;
+            }
+        }
+        return true;
     }
 
     [[nodiscard]] Color color() const {

@@ -27,9 +27,24 @@ Status statusOf(int message) {
     }
 }
 
+/// Bytes between the segments before the picture, which some cameras leave there. Behind its first scan they
+/// mean that the scan's own bytes led astray.
+bool isBeforePicture(j_common_ptr codec) {
+    return codec->is_decompressor != FALSE &&
+           reinterpret_cast<j_decompress_ptr>(codec)->input_scan_number == 0;
+}
+
 /// Warnings about what many cameras and programs write, and every reader shows.
-bool isHarmless(int message) {
-    return message == JWRN_EXTRANEOUS_DATA || message == JWRN_ADOBE_XFORM || message == JWRN_JFIF_MAJOR;
+bool isHarmless(j_common_ptr codec) {
+    switch (codec->err->msg_code) {
+        case JWRN_EXTRANEOUS_DATA:
+            return isBeforePicture(codec);
+        case JWRN_ADOBE_XFORM:
+        case JWRN_JFIF_MAJOR:
+            return true;
+        default:
+            return false;
+    }
 }
 
 }  // namespace
@@ -50,7 +65,7 @@ void ErrorTrap::handleError(j_common_ptr codec) { leave(codec, statusOf(codec->e
 
 /// Levels below 0 are warnings: the library would go on with made-up pixels.
 void ErrorTrap::handleMessage(j_common_ptr codec, int level) {
-    if (level < 0 && !isHarmless(codec->err->msg_code)) leave(codec, Status::DamagedJpeg);
+    if (level < 0 && !isHarmless(codec)) leave(codec, Status::DamagedJpeg);
 }
 
 }  // namespace vrx::jpeg
