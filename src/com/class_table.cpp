@@ -8,6 +8,7 @@
 #include "hdr/CVrxHDR.h"
 #include "pattern/CVrxPattern.h"
 #include "raster/CVrxImage.h"
+#include "raster/mIntelJPEGLibrary.h"
 
 namespace vrx {
 
@@ -28,6 +29,9 @@ const wchar_t* helpFileName() { return L"VrxCommon.chm"; }
 
 int typeLibraryCount() { return 2; }
 
-void releaseHeldObjects() noexcept { releaseSettingsComponent(); }
+void releaseHeldObjects() noexcept {
+    releaseSettingsComponent();
+    releaseCodec();
+}
 
 }  // namespace vrx

@@ -1,5 +1,6 @@
 #include "com/variant_convert.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <vector>
@@ -230,7 +231,7 @@ SafeArray makeByteArray(std::span<const std::uint8_t> bytes) {
     const Bounds dimension{0, static_cast<std::int32_t>(bytes.size()) - 1};
     SafeArray array = makeByteArray(std::span(&dimension, 1));
     const ByteArrayView view(array.get());
-    std::memcpy(view.bytes().data(), bytes.data(), bytes.size());
+    std::ranges::copy(bytes, view.bytes().begin());
     return array;
 }
 

@@ -183,17 +183,6 @@ std::u16string temporaryFolder() {
     return {folder, folder + length};
 }
 
-std::u16string writableFolder(const std::u16string& folder) {
-    const std::wstring path = systemPath(folder + u'\\');
-    const std::wstring probe = path + L"~vrx" + std::to_wstring(GetCurrentThreadId()) + L".tmp";
-    const KernelHandle file =
-        validHandle(CreateFileW(probe.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
-    const DWORD error = file ? ERROR_SUCCESS : GetLastError();
-    const bool refuses = error == ERROR_ACCESS_DENIED || error == ERROR_WRITE_PROTECT;
-    return refuses ? temporaryFolder() : folder + u'\\';
-}
-
 void deleteIfPossible(const std::u16string& path) { DeleteFileW(systemPath(path).c_str()); }
 
 TemporaryFile::TemporaryFile() {

@@ -50,10 +50,6 @@ void copyFile(const std::u16string& source, const std::u16string& target);
 /// The user's folder for temporary files, with a backslash at its end.
 [[nodiscard]] std::u16string temporaryFolder();
 
-/// The folder, or the user's folder for temporary files where this one takes no new files; with a backslash
-/// at the end. Whatever else may be wrong with the folder is left to those who write there.
-[[nodiscard]] std::u16string writableFolder(const std::u16string& folder);
-
 /// Deletes a file where that can be done.
 void deleteIfPossible(const std::u16string& path);
 

@@ -5,7 +5,7 @@
 #include "effects/engine/grey.h"
 #include "effects/engine/smoothing.h"
 #include "effects/screen_scale.h"
-#include "raster/drawing_surface.h"
+#include "raster/bitmap_picture.h"
 #include "raster/picture_file.h"
 
 namespace vrx {
@@ -28,16 +28,11 @@ T valueOf(const T* parameter, T byDefault) {
     return parameter ? *parameter : byDefault;
 }
 
-FittedRectangle wholeOf(const Bitmap24& pixels) {
-    return {0, 0, static_cast<std::int32_t>(pixels.width()), static_cast<std::int32_t>(pixels.height())};
-}
-
-void draw(HDC context, const FittedRectangle& target, const Bitmap24& pixels) {
-    const FittedRectangle source = wholeOf(pixels);
+void draw(HDC context, const FittedRectangle& target, const PicturePixels& pixels) {
     BITMAPINFO info{};
-    info.bmiHeader = header24(source.width, source.height);
-    StretchDIBits(context, target.left, target.top, target.width, target.height, 0, 0, source.width,
-                  source.height, pixels.data(), &info, DIB_RGB_COLORS, SRCCOPY);
+    info.bmiHeader = header24(pixels.width, pixels.height);
+    StretchDIBits(context, target.left, target.top, target.width, target.height, 0, 0, pixels.width,
+                  pixels.height, pixels.bits.data(), &info, DIB_RGB_COLORS, SRCCOPY);
 }
 
 }  // namespace
@@ -70,9 +65,9 @@ STDMETHODIMP ImageFX::ColorToBN(BSTR FileName, long PictureHDC, long, VARIANT_BO
     const bool fitted = valueOf(HoldProportion, VARIANT_FALSE) != VARIANT_FALSE;
     return answer(value, [&] {
         try {
-            Bitmap24 pixels = readPixels(*loadPicture(toText(FileName)));
-            FittedRectangle target = wholeOf(pixels);
-            convertToGrey({pixels.data(), pixels.size()}, target.width, target.height, style);
+            PicturePixels pixels = loadPixels(toText(FileName));
+            FittedRectangle target{0, 0, pixels.width, pixels.height};
+            convertToGrey(pixels.rows(), pixels.width, pixels.height, style);
             SetStretchBltMode(handleOf<HDC>(PictureHDC), COLORONCOLOR);
             if (fitted) {
                 target =

@@ -55,6 +55,7 @@ bool cDIBSection::CopyToClipboard(bool bAsDIB) {
     if (!bitmap) return false;
     {
         const Selection selected(dc.get(), bitmap.get());
+        if (!selected) return false;
         PaintPicture(dc.get(), 0, 0);
     }
     return putOnClipboard(std::move(bitmap));
@@ -80,10 +81,9 @@ void cDIBSection::CreateFromPicture(IPictureDisp* picThis) {
     BITMAP size{};
     GetObjectA(bitmap, sizeof size, &size);
     if (!Create(size.bmWidth, size.bmHeight)) return;
-    const WindowDc desktop(GetDesktopWindow());
-    const SectionDc dc(CreateCompatibleDC(desktop.get()));
-    const Selection selected(dc.get(), bitmap);
-    LoadPictureBlt(dc.get(), 0, 0);
+    const BitmapDc dc(bitmap);
+    // Without a source the section would be another picture than this one.
+    if (!dc || !LoadPictureBlt(dc.get(), 0, 0)) ClearUp();
 }
 
 bool cDIBSection::Create(std::int32_t lWidth, std::int32_t lHeight) {
@@ -95,17 +95,19 @@ bool cDIBSection::Create(std::int32_t lWidth, std::int32_t lHeight) {
     hdc_ = std::move(dc);
     hDib_.reset(section);
     oldBitmap_ = SelectObject(hdc_.get(), section);
-    return true;
+    if (!oldBitmap_) ClearUp();
+    return oldBitmap_ != nullptr;
 }
 
 std::int32_t cDIBSection::BytesPerScanLine() const { return checked(std::int64_t{Width()} * 3 + 3) & ~3; }
 
-void cDIBSection::LoadPictureBlt(HDC lhDC, std::int32_t lSrcLeft, std::int32_t lSrcTop,
+bool cDIBSection::LoadPictureBlt(HDC lhDC, std::int32_t lSrcLeft, std::int32_t lSrcTop,
                                  std::int32_t lSrcWidth, std::int32_t lSrcHeight, DWORD eRop) {
-    BitBlt(hdc_.get(), 0, 0, lSrcWidth < 0 ? Width() : lSrcWidth, lSrcHeight < 0 ? Height() : lSrcHeight,
-           lhDC, lSrcLeft, lSrcTop, eRop);
+    const BOOL drawn = BitBlt(hdc_.get(), 0, 0, lSrcWidth < 0 ? Width() : lSrcWidth,
+                              lSrcHeight < 0 ? Height() : lSrcHeight, lhDC, lSrcLeft, lSrcTop, eRop);
     // The system may keep drawing back; whoever reads the bytes next is not to miss it.
     GdiFlush();
+    return drawn != FALSE;
 }
 
 void cDIBSection::PaintPicture(HDC lhDC, std::int32_t lDestLeft, std::int32_t lDestTop,
@@ -132,7 +134,7 @@ std::unique_ptr<cDIBSection> cDIBSection::Resample(std::int32_t lNewHeight, std:
     auto resampled = std::make_unique<cDIBSection>();
     if (!resampled->Create(lNewWidth, lNewHeight)) return nullptr;
     if (lNewWidth == Width() && lNewHeight == Height()) {
-        resampled->LoadPictureBlt(hDC(), 0, 0);
+        if (!resampled->LoadPictureBlt(hDC(), 0, 0)) return nullptr;
     } else {
         resample({pixels(), Width(), Height()}, {resampled->pixels(), lNewWidth, lNewHeight});
     }

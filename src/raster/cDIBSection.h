@@ -38,8 +38,8 @@ class cDIBSection {
     /// bytes cannot be counted in 32 bits.
     bool CreateDIB(HDC lhDC, std::int32_t lWidth, std::int32_t lHeight, HBITMAP& hDib);
 
-    /// Becomes a copy of a picture's bitmap, in its size in pixels; empty for a picture without one.
-    /// Error 91 without a picture.
+    /// Becomes a copy of a picture's bitmap, in its size in pixels; empty for a picture without one, and
+    /// where it cannot be copied. Error 91 without a picture.
     void CreateFromPicture(IPictureDisp* picThis);
 
     /// A black section in place of the one before.
@@ -51,7 +51,8 @@ class cDIBSection {
     [[nodiscard]] std::int32_t Height() const { return header_.biHeight; }
 
     /// From another device context into this section. A negative width or height means the section's own.
-    void LoadPictureBlt(HDC lhDC, std::int32_t lSrcLeft, std::int32_t lSrcTop, std::int32_t lSrcWidth = -1,
+    /// False where the system did not draw.
+    bool LoadPictureBlt(HDC lhDC, std::int32_t lSrcLeft, std::int32_t lSrcTop, std::int32_t lSrcWidth = -1,
                         std::int32_t lSrcHeight = -1, DWORD eRop = SRCCOPY);
     /// From this section into another device context, by the same rule.
     void PaintPicture(HDC lhDC, std::int32_t lDestLeft, std::int32_t lDestTop, std::int32_t lDestWidth = -1,

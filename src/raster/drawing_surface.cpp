@@ -1,7 +1,5 @@
 #include "raster/drawing_surface.h"
 
-#include <olectl.h>
-
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -28,17 +26,6 @@ std::size_t sizeOf(std::int32_t width, std::int32_t height) {
 }
 
 }  // namespace
-
-BITMAPINFOHEADER header24(std::int32_t width, std::int32_t height) {
-    BITMAPINFOHEADER header{};
-    header.biSize = sizeof header;
-    header.biWidth = width;
-    header.biHeight = height;
-    header.biPlanes = 1;
-    header.biBitCount = 24;
-    header.biCompression = BI_RGB;
-    return header;
-}
 
 void DrawingSurface::resize(std::int32_t width, std::int32_t height) {
     if (!prepare(width, height)) std::memset(canvas_.bits, 0, sizeOf(canvas_.width, canvas_.height));
@@ -68,25 +55,9 @@ bool DrawingSurface::canTake(const Canvas& canvas, std::int32_t width, std::int3
 }
 
 DrawingSurface::Canvas DrawingSurface::create(std::int32_t width, std::int32_t height) {
-    if (strideOf(static_cast<std::uint32_t>(width)) > kMaxByteCount / static_cast<std::uint32_t>(height)) {
-        throw platformError(Platform::OutOfMemory);
-    }
-    BITMAPINFO info{};
-    info.bmiHeader = header24(width, height);
-    void* bits = nullptr;
-    Bitmap bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    if (!bitmap) throw platformError(Platform::OutOfMemory);
-
-    PICTDESC description{};
-    description.cbSizeofstruct = sizeof description;
-    description.picType = PICTYPE_BITMAP;
-    description.bmp.hbitmap = bitmap.get();
-    ComPtr<IPictureDisp> picture;
-    if (FAILED(OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE,
-                                        reinterpret_cast<void**>(picture.put())))) {
-        throw platformError(Platform::OutOfMemory);
-    }
-    return {std::move(picture), bitmap.release(), static_cast<std::uint8_t*>(bits), width, height};
+    BitmapSection section = makeSection(width, height);
+    const HBITMAP bitmap = section.bitmap.get();
+    return {makePicture(std::move(section.bitmap)), bitmap, section.bits, width, height};
 }
 
 void DrawingSurface::paint(const Bitmap24& bitmap) {

@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include "com/com_ptr.h"
+#include "raster/bitmap_picture.h"
 #include "raster/engine/bitmap24.h"
 
 namespace vrx {
@@ -59,8 +60,5 @@ class DrawingSurface {
     Canvas canvas_;
     Canvas spare_;  // the one before, when it is of the same size
 };
-
-/// The header of a 24-bit bottom-up bitmap.
-[[nodiscard]] BITMAPINFOHEADER header24(std::int32_t width, std::int32_t height);
 
 }  // namespace vrx

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,7 +42,7 @@ Module loadLibrary() {
     throw missing;
 }
 
-/// The functions of the codec library, which stays loaded as long as this exists.
+/// The functions of the codec library.
 class CodecLibrary {
   public:
     CodecLibrary() : library_(loadLibrary()) {
@@ -74,6 +76,25 @@ class CodecLibrary {
     Module library_;
 };
 
+/// The codec stays loaded from its first use on: to load it takes longer than to write a small picture. Never
+/// destroyed: a library must not let another one go while the system unloads it.
+struct HeldCodec {
+    std::mutex guard;
+    std::shared_ptr<const CodecLibrary> library;
+};
+
+HeldCodec& heldCodec() {
+    static auto* const held = new HeldCodec;
+    return *held;
+}
+
+std::shared_ptr<const CodecLibrary> useCodec() {
+    HeldCodec& held = heldCodec();
+    const std::lock_guard lock(held.guard);
+    if (!held.library) held.library = std::make_shared<const CodecLibrary>();
+    return held.library;
+}
+
 /// In the system's 8-bit code page, which replaces what it does not have; with a zero behind.
 std::vector<char> ansiName(const std::u16string& name) {
     // It would cut the name short, and mean another file.
@@ -102,20 +123,26 @@ void fill(JpegCoreProperties& record, const cDIBSection& dib, std::int32_t paddi
 
 }  // namespace
 
+void releaseCodec() noexcept {
+    HeldCodec& held = heldCodec();
+    const std::lock_guard lock(held.guard);
+    held.library.reset();
+}
+
 bool SaveJPG(const cDIBSection& dib, const std::u16string& fileName, std::int32_t quality) {
-    const CodecLibrary codec;
+    const std::shared_ptr<const CodecLibrary> codec = useCodec();
     const std::int32_t padding = dib.BytesPerScanLine() - dib.Width() * 3;
     const std::vector<char> name = ansiName(fileName);
     JpegCoreProperties record{};
-    const std::int32_t ready = codec.init(&record);
+    const std::int32_t ready = codec->init(&record);
     if (ready != kOk) {
         showMessage(u"Failed to initialise the IJL library: " + decimalText(ready), MB_ICONEXCLAMATION);
         return false;
     }
     fill(record, dib, padding, name, quality);
-    const bool written = codec.write(&record, JpegRequest::WriteWholeImageToFile) == kOk;
+    const bool written = codec->write(&record, JpegRequest::WriteWholeImageToFile) == kOk;
     if (!written) showMessage(kSaveJpgFailure, MB_ICONEXCLAMATION);
-    codec.free(&record);
+    codec->free(&record);
     return written;
 }
 

@@ -1,5 +1,6 @@
-// Picture files as picture objects, in every format that the platform's picture loading reads (BMP, JPEG and
-// GIF among them), and the pixels of a picture object.
+// Picture files as picture objects, in every format that the platform's picture loading reads (BMP, JPEG,
+// GIF, icons and metafiles), and the pixels of a picture object. Of bitmap files, the platform's reader sees
+// run-length-coded ones only.
 #pragma once
 
 #include <windows.h>
@@ -7,10 +8,11 @@
 #include <ocidl.h>
 
 #include <cstdint>
+#include <span>
 #include <string>
 
 #include "com/com_ptr.h"
-#include "raster/engine/bitmap24.h"
+#include "common/engine/bytes.h"
 
 namespace vrx {
 
@@ -29,7 +31,19 @@ struct PictureSize {
 /// The size in pixels of the screen; error 6 beyond 32767.
 [[nodiscard]] PictureSize pixelSizeOf(IPicture& picture);
 
-/// The bitmap of a picture in its size in pixels of the screen. Error 481 for a picture without a bitmap.
-[[nodiscard]] Bitmap24 readPixels(IPicture& picture);
+/// 24-bit pixels, bottom-up with padded rows, and one zero byte behind them.
+struct PicturePixels {
+    std::int32_t width;
+    std::int32_t height;
+    Bytes bits;
+
+    [[nodiscard]] std::span<std::uint8_t> rows() { return {bits.data(), bits.size() - 1}; }
+};
+
+/// The pixels of a picture in its size in pixels of the screen. Icons and metafiles are drawn on white.
+[[nodiscard]] PicturePixels readPixels(IPicture& picture);
+
+/// The pixels of the picture in a file, as loadPicture and readPixels give them.
+[[nodiscard]] PicturePixels loadPixels(const std::u16string& path);
 
 }  // namespace vrx

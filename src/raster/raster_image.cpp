@@ -53,10 +53,9 @@ struct DrawableInfo {
     [[nodiscard]] const BITMAPINFO& get() const { return *reinterpret_cast<const BITMAPINFO*>(&record); }
 };
 
-BmpInfo infoOf(const Bitmap24& bitmap) {
+BmpInfo infoOf(std::int32_t width, std::int32_t height) {
     BmpInfo info{};
-    const BITMAPINFOHEADER header =
-        header24(static_cast<std::int32_t>(bitmap.width()), static_cast<std::int32_t>(bitmap.height()));
+    const BITMAPINFOHEADER header = header24(width, height);
     std::memcpy(&info, &header, sizeof header);
     return info;
 }
@@ -64,21 +63,25 @@ BmpInfo infoOf(const Bitmap24& bitmap) {
 }  // namespace
 
 void RasterImage::set(std::span<const std::uint8_t> bits, const BmpInfo& info) {
-    std::vector<std::uint8_t> copy(bits.begin(), bits.end());
+    Bytes copy(bits.size());
+    if (!bits.empty()) std::memcpy(copy.data(), bits.data(), bits.size());
     bits_ = std::move(copy);
     info_ = info;
     dimX_ = static_cast<float>(info.biWidth);
     dimY_ = static_cast<float>(info.biHeight);
 }
 
-void RasterImage::set(const Bitmap24& bitmap) { set({bitmap.data(), bitmap.size()}, infoOf(bitmap)); }
+void RasterImage::set(const Bitmap24& bitmap) {
+    set({bitmap.data(), bitmap.size()},
+        infoOf(static_cast<std::int32_t>(bitmap.width()), static_cast<std::int32_t>(bitmap.height())));
+}
 
 void RasterImage::load(const std::u16string& path) {
-    const Bitmap24 bitmap = readPixels(*loadPicture(path));
-    std::vector<std::uint8_t> bits(bitmap.size() + 1);
-    std::memcpy(bits.data(), bitmap.data(), bitmap.size());
-    bits_ = std::move(bits);
-    info_ = infoOf(bitmap);
+    PicturePixels loaded = loadPixels(path);
+    bits_ = std::move(loaded.bits);
+    info_ = infoOf(loaded.width, loaded.height);
+    // What the system's own reading of pixels leaves there.
+    info_.biSizeImage = static_cast<long>(bits_.size() - 1);
 }
 
 void RasterImage::clear() {
@@ -91,11 +94,12 @@ std::int32_t RasterImage::dimX() const { return toInt32(dimX_); }
 std::int32_t RasterImage::dimY() const { return toInt32(dimY_); }
 
 void RasterImage::render() {
-    const DrawableInfo info(info_, bits_.size());
     const std::int32_t width = dimX();
     const std::int32_t rows = dimY();
-    if (width <= 0 || rows == 0 || rows == INT32_MIN) throw platformError(Platform::InvalidPicture);
+    if (width < 0 || rows == INT32_MIN) throw platformError(Platform::InvalidPicture);
     const std::int32_t height = std::abs(rows);
+    if (width == 0 || height == 0) return surface_.resize(width, height);
+    const DrawableInfo info(info_, bits().size());
     surface_.resize(width, height);
     const PixelRect whole{0, 0, width, height};
     surface_.stretch(whole, whole, info.get(), bits_.data());
@@ -112,18 +116,25 @@ ComPtr<IPictureDisp> RasterImage::picture(const PixelRect* source, const PixelRe
 
 void RasterImage::renderPart(const PixelRect* source, const PixelRect& target) {
     const std::int32_t width = dimX();
-    const std::int32_t height = dimY();
+    const std::int32_t rows = dimY();
+    if (rows == INT32_MIN) throw platformError(Platform::InvalidPicture);
+    const std::int32_t height = std::abs(rows);
     BITMAPINFO info{};
-    info.bmiHeader = header24(width, height);
-    // The source of the whole image begins one row below it: hosts know the picture so.
+    info.bmiHeader = header24(width, rows);
     const PixelRect whole{0, 0, width, height};
-    const PixelRect lowered{0, -1, width, height};
-    const PixelRect& drawn = source ? target : whole;
-    surface_.resize(drawn.width, drawn.height);
-    if (width <= 0 || height <= 0 ||
+    // One row outside the image, where its rows begin to count: hosts know the picture of the whole image so.
+    PixelRect from = source ? *source : PixelRect{0, -1, width, height};
+    PixelRect to = source ? target : whole;
+    // The height of an image whose rows run from the top is negative, and so is that of its whole rectangle.
+    if (rows < 0 && from.height < 0 && to.height < 0 && to.height != INT32_MIN && from.height != INT32_MIN) {
+        from.height = -from.height;
+        to.height = -to.height;
+    }
+    surface_.resize(to.width, to.height);
+    if (width <= 0 || height == 0 ||
         strideOf(static_cast<std::uint32_t>(width)) * static_cast<std::uint32_t>(height) > bits_.size())
         return;
-    surface_.stretch(drawn, source ? *source : lowered, info, bits_.data());
+    surface_.stretch(to, from, info, bits_.data());
 }
 
 void RasterImage::writeSurface(const std::u16string& path) const {
@@ -134,20 +145,15 @@ void RasterImage::writeSurface(const std::u16string& path) const {
 }
 
 std::u16string RasterImage::saveBmp(const std::u16string& path) {
+    std::u16string target = path;
+    if (path.empty()) {
+        const std::u16string own = fromWide(folderOf(modulePath()));
+        target = (takesFiles(own) ? own + u'\\' : temporaryFolder()) + kTemporaryName;
+        deleteIfPossible(target);
+    }
     render();
-    if (!path.empty()) {
-        writeSurface(path);
-        return path;
-    }
-    const std::u16string own = fromWide(folderOf(modulePath())) + u'\\' + kTemporaryName;
-    try {
-        writeSurface(own);
-        return own;
-    } catch (const Error&) {
-        const std::u16string users = temporaryFolder() + kTemporaryName;
-        writeSurface(users);
-        return users;
-    }
+    writeSurface(target);
+    return target;
 }
 
 void RasterImage::convertToJpg(const std::u16string& output, std::int32_t quality,

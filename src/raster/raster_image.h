@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "VrxCommon.h"
+#include "common/engine/bytes.h"
 #include "raster/drawing_surface.h"
 #include "raster/engine/bitmap24.h"
 
@@ -26,7 +26,7 @@ class RasterImage {
     /// Forgets the bits and the sizes; the record stays.
     void clear();
 
-    [[nodiscard]] std::span<const std::uint8_t> bits() const { return bits_; }
+    [[nodiscard]] std::span<const std::uint8_t> bits() const { return bits_.span(); }
     [[nodiscard]] const BmpInfo& info() const { return info_; }
     [[nodiscard]] std::int32_t dimX() const;
     [[nodiscard]] std::int32_t dimY() const;
@@ -39,7 +39,8 @@ class RasterImage {
 
     /// Draws the image and writes it as a 24-bit BMP file; the path written. An empty path means
     /// ImageTemp.bmp in the library's own folder or, where that takes no files, in the user's temporary
-    /// folder. Error 481 for an image without pixels, or with bits that are no bitmap of the record's kind.
+    /// folder; an old file there goes first. An image without sizes is one black pixel. Error 481 for bits
+    /// that are no bitmap of the record's kind.
     std::u16string saveBmp(const std::u16string& path);
 
     /// Writes a picture file as JPEG with a quality of 1 to 100; without an input file the image itself, by
@@ -51,7 +52,7 @@ class RasterImage {
     void renderPart(const PixelRect* source, const PixelRect& target);
     void writeSurface(const std::u16string& path) const;
 
-    std::vector<std::uint8_t> bits_;
+    Bytes bits_;
     BmpInfo info_{};
     float dimX_ = 0.0F;
     float dimY_ = 0.0F;

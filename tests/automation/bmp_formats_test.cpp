@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "VrxCommon.h"
@@ -141,6 +142,31 @@ TEST_F(BmpFormats, Of24BitsAreRead) { expectPixelsEitherWayUp({24, {}, kPixels},
 TEST_F(BmpFormats, Of32BitsAreRead) {
     const FileBytes bits = {0, 0, 0, 0, 0, 0, 255, 0, 0, 0, 0, 0, 0, 0, 255, 0, 0, 255, 0, 0, 255, 0, 0, 0};
     expectPixelsEitherWayUp({32, {}, bits}, kPixels);
+}
+
+TEST_F(BmpFormats, Of24And32BitsWithBiClrUsedOtherThan0AreLoaded) {
+    const FileBytes bits32 = {0, 0, 0, 0, 0, 0, 255, 0, 0, 0, 0, 0, 0, 0, 255, 0, 0, 255, 0, 0, 255, 0, 0, 0};
+    for (const std::uint32_t used : {1U, 2U, 256U, 16777216U, 0xFFFFFFFFU}) {
+        for (const Bmp& bmp : {Bmp{24, {}, kPixels}, Bmp{32, {}, bits32}}) {
+            FileBytes file = bmp.file();
+            for (int i = 0; i < 4; ++i) file[46U + i] = static_cast<std::uint8_t>(used >> (8 * i));
+            ASSERT_EQ(load(file), S_OK) << used;
+            EXPECT_EQ(pixels(), kPixels);
+        }
+    }
+    expectPixels({24, kBlackRedGreenBlue, kPixels}, kPixels);  // the palette is there
+}
+
+TEST_F(BmpFormats, ThatEndAFewBytesShortAreLoadedWithMissingPixelsBlack) {
+    for (Bmp bmp : {Bmp{24, {}, kPixels}, Bmp{24, {}, kPixels}.topDown()}) {
+        bmp.bits.resize(bmp.bits.size() - 4);  // padding and the last pixel
+        FileBytes expected = kPixels;
+        const std::size_t last = bmp.height < 0 ? 6 : 18;
+        std::fill_n(expected.begin() + static_cast<std::ptrdiff_t>(last), 3, std::uint8_t{0});
+        expectPixels(bmp, expected);
+    }
+    expectPixels({8, kBlackRedGreenBlue, {0, 1, 0, 0, 1, 2}},
+                 {0, 0, 0, 0, 0, 255, 0, 0, 0, 0, 0, 0, 0, 0, 255, 0, 255, 0, 0, 0, 0, 0, 0, 0});
 }
 
 TEST_F(BmpFormats, OfRunsOf8BitsAreRead) {

@@ -164,6 +164,25 @@ TEST_F(ColorToBn, DrawsNothingIntoAnEmptyBox) {
     EXPECT_TRUE(canvas.isBlank());
 }
 
+TEST_F(ColorToBn, RendersAnIconOnWhite) {
+    const Canvas canvas(32, 32);
+    draw(canvas, folder_.write(L"a.ico", host::iconFile()));
+    EXPECT_EQ(canvas.at(0, 0), 170);  // red: a third of 255, halved, and 128
+    EXPECT_EQ(canvas.at(15, 31), 170);
+    EXPECT_EQ(canvas.at(16, 0), 255);
+    EXPECT_EQ(canvas.at(31, 31), 255);
+}
+
+TEST_F(ColorToBn, RendersAMetafileOnWhite) {
+    const Canvas canvas(40, 40);
+    draw(canvas, folder_.write(L"a.wmf", host::metafile()));
+    EXPECT_EQ(canvas.at(10, 10), 170);  // blue
+    const Canvas large(200, 200);
+    draw(large, folder_.write(L"a.wmf", host::metafile()), truth(true));
+    EXPECT_EQ(large.at(10, 10), 0);
+    EXPECT_EQ(large.at(80, 80), 255);
+}
+
 TEST_F(ColorToBn, LeavesTheStretchModeAtColorOnColor) {
     const Canvas canvas(8, 6);
     SetStretchBltMode(canvas.dc(), HALFTONE);

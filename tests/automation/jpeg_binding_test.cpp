@@ -13,9 +13,11 @@
 #include "fake_codec/fake_codec.h"
 #include "foreign_reader.h"
 #include "host.h"
+#include "import_patch.h"
 #include "message_box_watcher.h"
 #include "raster/cDIBSection.h"
 #include "raster/mIntelJPEGLibrary.h"
+#include "section_rows.h"
 #include "throwaway_folder.h"
 
 using vrx::cDIBSection;
@@ -31,12 +33,18 @@ std::u16string asText(const std::wstring& text) { return {text.begin(), text.end
 /// The library's own folder becomes that of a module, for as long as this exists.
 class OwnFolder {
   public:
-    explicit OwnFolder(HMODULE module) : before_(vrx::moduleInstance()) { vrx::storeModuleInstance(module); }
+    explicit OwnFolder(HMODULE module) : before_(vrx::moduleInstance()) { change(module); }
     OwnFolder(const OwnFolder&) = delete;
     OwnFolder& operator=(const OwnFolder&) = delete;
-    ~OwnFolder() { vrx::storeModuleInstance(before_); }
+    ~OwnFolder() { change(before_); }
 
   private:
+    /// The codec that is loaded is the other folder's.
+    static void change(HINSTANCE module) {
+        vrx::releaseCodec();
+        vrx::storeModuleInstance(module);
+    }
+
     HINSTANCE before_;
 };
 
@@ -112,6 +120,13 @@ class RecordingCodec {
     vrx::Module module_;
     OwnFolder own_;
 };
+
+int contextsUntilFailure = 0;
+
+HDC WINAPI makeFewContexts(HDC like) {
+    if (contextsUntilFailure-- == 0) return nullptr;
+    return host::systemFunction<decltype(CreateCompatibleDC)>(L"gdi32.dll", "CreateCompatibleDC")(like);
+}
 
 vrx::Error errorOf(const cDIBSection& section) {
     try {
@@ -309,14 +324,38 @@ TEST(JpegBinding, TellsTheUserOfASectionThatHoldsNothing) {
     EXPECT_TRUE(folder.names().empty());
 }
 
-TEST(JpegBinding, LetsTheLibraryGoAfterEachCall) {
+TEST(JpegBinding, KeepsTheLibraryLoadedUntilTheComponentMayBeUnloaded) {
     const FolderWithoutCodec own;
     const std::wstring library = own.folder() / L"ijl10.dll";
     ASSERT_TRUE(CopyFileW((host::programFolder() + L"\\ijl10.dll").c_str(), library.c_str(), TRUE));
     cDIBSection section;
     ASSERT_TRUE(section.Create(8, 8));
-    EXPECT_TRUE(SaveJPG(section, asText(own.folder() / L"picture.jpg"), 90));
-    EXPECT_EQ(GetModuleHandleW(library.c_str()), nullptr);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(SaveJPG(section, asText(own.folder() / L"picture.jpg"), 90));
+        EXPECT_NE(GetModuleHandleW(library.c_str()), nullptr);
+        vrx::releaseCodec();
+        EXPECT_EQ(GetModuleHandleW(library.c_str()), nullptr);
+    }
+}
+
+TEST(JpegBinding, OfASectionWhosePictureCannotBeCopiedWritesNoOtherPicture) {
+    const host::ThrowawayFolder folder;
+    const std::wstring old = folder.write(L"picture.jpg", {1, 2, 3});
+    cDIBSection source;
+    ASSERT_TRUE(source.Create(8, 8));
+    const auto picture = host::pictureOf(source);
+    for (int failing = 0; failing < 2; ++failing) {
+        contextsUntilFailure = failing;
+        const host::ImportPatch patch(GetModuleHandleW(nullptr), "CreateCompatibleDC", makeFewContexts);
+        ASSERT_TRUE(patch);
+        cDIBSection section;
+        section.CreateFromPicture(picture.get());
+        EXPECT_EQ(section.DIBSectionBitsPtr(), nullptr) << failing;
+        host::MessageBoxWatcher watcher;
+        EXPECT_FALSE(SaveJPG(section, asText(old), 90));
+        EXPECT_EQ(watcher.boxes().size(), 1U);
+    }
+    EXPECT_EQ(host::readBytes(old), host::FileBytes({1, 2, 3}));
 }
 
 }  // namespace

@@ -3,12 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "common/engine/error.h"
 #include "common/win_resource.h"
 #include "picture_bytes.h"
 
 using host::FileBytes;
-using vrx::Bitmap24;
 using vrx::ComPtr;
 
 namespace {
@@ -25,8 +26,11 @@ int errorOfLoading(const std::wstring& path) {
 }
 
 FileBytes pixelsIn(const std::wstring& path) {
-    const Bitmap24 pixels = vrx::readPixels(*vrx::loadPicture(nameOf(path)));
-    return {pixels.data(), pixels.data() + pixels.size()};
+    vrx::PicturePixels pixels = vrx::loadPixels(nameOf(path));
+    EXPECT_EQ(pixels.bits.data()[pixels.rows().size()], 0);
+    vrx::PicturePixels drawn = vrx::readPixels(*vrx::loadPicture(nameOf(path)));
+    EXPECT_TRUE(std::ranges::equal(drawn.bits.span(), pixels.bits.span())) << "by way of a picture object";
+    return {pixels.rows().begin(), pixels.rows().end()};
 }
 
 class PictureFile : public testing::Test {
@@ -77,11 +81,23 @@ TEST_F(PictureFile, ThatIsNoPictureIsInvalid) {
     EXPECT_EQ(errorOfLoading(folder_.write(L"text.bmp", FileBytes(300, 'x'))), 481);
 }
 
-TEST_F(PictureFile, ThatIsCutIsInvalidAtEveryLength) {
-    const FileBytes whole = host::bmpFile(3, 2, {1, 2, 3});
-    for (std::size_t size = 0; size < whole.size() - 3; ++size) {
+TEST_F(PictureFile, ThatIsCutIsInvalidAtEveryLengthBeforeItsLastRow) {
+    const FileBytes whole = host::bmpFile(30, 2, {1, 2, 3});  // rows of 90 bytes and 2 of padding
+    for (std::size_t size = 0; size < 54 + 90; ++size) {
         const FileBytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
         EXPECT_EQ(errorOfLoading(folder_.write(L"cut.bmp", cut)), 481) << size;
+    }
+}
+
+TEST_F(PictureFile, ThatEndsAFewBytesShortIsLoadedWithItsMissingPixelsBlack) {
+    const FileBytes whole = host::bmpFile({{{1, 2, 3}, {4, 5, 6}}, {{7, 8, 9}, {10, 11, 12}}});
+    const FileBytes pixels = {7, 8, 9, 10, 11, 12, 0, 0, 1, 2, 3, 4, 5, 6, 0, 0};
+    for (std::size_t lacking = 1; lacking <= 8; ++lacking) {
+        FileBytes expected = pixels;
+        if (lacking > 2) std::fill(expected.begin() + 11, expected.end(), std::uint8_t{0});
+        if (lacking > 5) std::fill(expected.begin() + 8, expected.end(), std::uint8_t{0});
+        const FileBytes cut(whole.begin(), whole.end() - static_cast<std::ptrdiff_t>(lacking));
+        EXPECT_EQ(pixelsIn(folder_.write(L"short.bmp", cut)), expected) << lacking;
     }
 }
 

@@ -94,10 +94,12 @@ TEST_F(SaveImage, IsTheImageItselfByWayOfItsTemporaryFileWhenNoFileIsGiven) {
     DeleteFileW(temporary.c_str());
 }
 
-TEST_F(SaveImage, OfAnImageWithoutPixelsFailsAndIsNotThere) {
+TEST_F(SaveImage, OfAnImageWithoutPixelsSavesOneBlackPixel) {
     input_.clear();
-    EXPECT_EQ(host::failureOf(save()), (host::Failure{481, L"CVrxImage", L"Invalid picture"}));
-    EXPECT_EQ(host::windowOf(GetCurrentThreadId(), caption_), nullptr);
+    quietlyDuring([](const OpenSaveDialog& dialog) { dialog.saveAs(L"pic", kBmp); });
+    EXPECT_EQ(bytes(L"pic.bmp").size(), 58u);
+    EXPECT_EQ(pixelsIn(bytes(L"pic.bmp")), FileBytes({0, 0, 0, 0}));
+    DeleteFileW((host::programFolder() + L"\\ImageTemp.bmp").c_str());
 }
 
 TEST_F(SaveImage, OnAFirstRunShowsTheHostsFolderTypeZeroAndQuality85) {

@@ -1,5 +1,9 @@
 #include "picture_bytes.h"
 
+#include <windows.h>
+
+#include <cstring>
+
 namespace host {
 namespace {
 
@@ -44,6 +48,51 @@ FileBytes gifFile() {
             0x2C, 0,   0,    0,    0,    2,   0, 1, 0, 0,  // the whole picture
             2,    2,   0x44, 0x0A, 0,                      // codes of 3 bits: clear, 0, 1, end
             0x3B};
+}
+
+FileBytes iconFile() {
+    FileBytes bytes = {0,  0,  1, 0, 1, 0,                                   // one icon
+                       32, 32, 0, 0, 1, 0, 24, 0, 0, 0, 0, 0, 22, 0, 0, 0};  // of 24 bits, behind this
+    FileBytes header(40);
+    putDword(header, 0, 40);
+    putDword(header, 4, 32);
+    putDword(header, 8, 64);  // colours and mask
+    putDword(header, 12, 1 + (24 << 16));
+    bytes.insert(bytes.end(), header.begin(), header.end());
+    for (int y = 0; y < 32; ++y) {
+        for (int x = 0; x < 32; ++x) {
+            const std::uint8_t red = x < 16 ? 255 : 0;
+            bytes.insert(bytes.end(), {0, 0, red});
+        }
+    }
+    for (int y = 0; y < 32; ++y) bytes.insert(bytes.end(), {0, 0, 0xFF, 0xFF});
+    putDword(bytes, 14, bytes.size() - 22);
+    return bytes;
+}
+
+FileBytes metafile() {
+    constexpr int kInch = 1440;
+    const HDC dc = CreateMetaFileW(nullptr);
+    SetMapMode(dc, MM_ANISOTROPIC);
+    SetWindowExtEx(dc, kInch, kInch, nullptr);
+    const HBRUSH blue = CreateSolidBrush(RGB(0, 0, 255));
+    SelectObject(dc, blue);
+    PatBlt(dc, 0, 0, kInch / 2, kInch / 2, PATCOPY);
+    const HMETAFILE recorded = CloseMetaFile(dc);
+    DeleteObject(blue);
+
+    // In front: a mark, the frame, units to the inch, and the sum of all these.
+    std::vector<std::uint16_t> words = {0xCDD7, 0x9AC6, 0, 0, 0, kInch, kInch, kInch, 0, 0};
+    std::uint16_t sum = 0;
+    for (const std::uint16_t word : words) sum ^= word;
+    words.push_back(sum);
+    FileBytes bytes(words.size() * 2);
+    std::memcpy(bytes.data(), words.data(), bytes.size());
+    FileBytes records(GetMetaFileBitsEx(recorded, 0, nullptr));
+    GetMetaFileBitsEx(recorded, static_cast<UINT>(records.size()), records.data());
+    DeleteMetaFile(recorded);
+    bytes.insert(bytes.end(), records.begin(), records.end());
+    return bytes;
 }
 
 FileBytes jpegFile() {

@@ -19,6 +19,12 @@ FileBytes bmpFile(int width, int height, Colour colour);
 /// Two pixels: red and blue.
 FileBytes gifFile();
 
+/// 32 x 32 pixels: red on the left, nothing on the right.
+FileBytes iconFile();
+
+/// One inch in square: blue in its top left quarter, nothing elsewhere.
+FileBytes metafile();
+
 /// 8 x 8 pixels of grey 128.
 FileBytes jpegFile();
 
