@@ -302,9 +302,13 @@ Variant CVrxHDR::copyOfPixels() const {
 }
 
 void CVrxHDR::convertToBmp(const std::u16string& path, float exposure, float gamma) {
-    RasterImage image;
-    image.set(picture_.convert(exposure, gamma));
-    recordErrors(RasterImage::kClassName, [&] { image.saveBmp(path); });
+    const Bitmap24 bitmap = picture_.convert(exposure, gamma);
+    recordErrors(RasterImage::kClassName, [&] {
+        if (bitmap.empty()) throw platformError(Platform::InvalidPicture);
+        RasterImage image;
+        image.set(bitmap);
+        image.saveBmp(path);
+    });
 }
 
 /// Every failure of writing is the same error to the host; the user is told the reason.

@@ -187,12 +187,12 @@ TEST_F(HdrConvert, ReplacesAnExistingFileCompletely) {
     EXPECT_EQ(folder_.names(), std::vector<std::wstring>({L"out.bmp"}));
 }
 
-TEST_F(HdrConvert, OfAnEmptyObjectWritesOneBlackPixel) {
+TEST_F(HdrConvert, OfAnEmptyObjectFailsAndWritesNothing) {
     const Hdr empty;
-    EXPECT_EQ(empty.convert(file_), S_OK);
-    const FileBytes bytes = host::readBytes(file_);
-    ASSERT_EQ(bytes.size(), 58u);
-    EXPECT_EQ(FileBytes(bytes.begin() + 54, bytes.end()), FileBytes({0, 0, 0, 0}));
+    const Failure failure = failureOf(empty.convert(file_));
+    EXPECT_NE(failure.number, 0);
+    EXPECT_EQ(failure.source, L"CVrxImage");
+    EXPECT_FALSE(host::exists(file_));
 }
 
 }  // namespace
