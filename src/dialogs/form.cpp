@@ -130,6 +130,13 @@ void Form::hide() {
     if (window_) PostMessageW(window_, WM_NULL, 0, 0);
 }
 
+/// Whoever hides or destroys the window: the system then looks for another one to activate.
+void Form::onHidden() {
+    if (!modality_ || goesWithOwner_) return;
+    modality_.reset();
+    hide();
+}
+
 void Form::unload() {
     if (!window_) return;
     DestroyWindow(window_);
@@ -200,9 +207,13 @@ bool Form::dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {
             onLoad();
             answer = TRUE;
             return true;
+        case WM_SHOWWINDOW:
+            // With an owner that is minimised and restored the form goes and comes, and stays modal
+            // meanwhile.
+            goesWithOwner_ = !wide && (goesWithOwner_ || longer == SW_PARENTCLOSING);
+            return false;
         case WM_WINDOWPOSCHANGING:
-            // Whoever hides or destroys the window: the system then looks for another one to activate.
-            if (reinterpret_cast<const WINDOWPOS*>(longer)->flags & SWP_HIDEWINDOW) modality_.reset();
+            if (reinterpret_cast<const WINDOWPOS*>(longer)->flags & SWP_HIDEWINDOW) onHidden();
             return false;
         case WM_DESTROY:
             if (std::exchange(mustUnload_, false)) onUnload();

@@ -80,6 +80,7 @@ class Form {
     [[nodiscard]] bool takesEnter(const MSG& message) noexcept;
     void fail() noexcept;
     void makeVisible();
+    void onHidden();
     void forgetWindow();
     void rethrowFailure();
 
@@ -87,6 +88,7 @@ class Form {
     HWND window_ = nullptr;
     bool shown_ = false;
     bool mustUnload_ = false;
+    bool goesWithOwner_ = false;
     std::optional<ModalScope> modality_;
     std::exception_ptr failure_;
     ModuleLock lock_;

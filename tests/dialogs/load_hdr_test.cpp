@@ -302,7 +302,8 @@ TEST_F(LoadHdr, ItsListsHaveNamesForScreenReaders) {
 TEST_F(LoadHdr, A0x0HdrFileShowsAnEmptyPreview) {
     folder_.write(L"empty.hdr", host::headerFile(0, 0));
     EXPECT_EQ(load([&](HWND dialog) {
-                  const host::FileBytes nothing = host::middleOfPreview(dialog);
+                  const COLORREF around = GetSysColor(COLOR_APPWORKSPACE);
+                  const host::FileBytes nothing{GetBValue(around), GetGValue(around), GetRValue(around)};
                   choose(dialog, L"orange.hdr");
                   EXPECT_TRUE(eventuallyShows(dialog, colorOf(kOrange)));
                   choose(dialog, L"empty.hdr");

@@ -232,6 +232,37 @@ TEST_F(Modality, TheWindowThatWasActiveIsActiveAgainAndWasEnabledBeforeTheFormWe
     form.unload();
 }
 
+/// As the system does with the windows of one that is minimised and restored.
+TEST_F(Modality, StaysWhileAFormIsGoneWithItsOwner) {
+    TestForm form;
+    form.onPressed = [&] {
+        ShowOwnedPopups(first_.window(), FALSE);
+        EXPECT_FALSE(IsWindowVisible(form.window()));
+        expectShutOut();
+        ShowOwnedPopups(first_.window(), TRUE);
+        EXPECT_TRUE(IsWindowVisible(form.window()));
+    };
+    const WindowDriver driver(kTestForm, [this](HWND window) {
+        SendMessageW(window, WM_COMMAND, IDOK, 0);
+        host::settle(window);
+        EXPECT_TRUE(IsWindow(window));
+        expectShutOut();
+    });
+    form.showModal();
+    form.unload();
+    expectAsBefore();
+}
+
+TEST_F(Modality, EndsWithAFormThatAnotherHides) {
+    TestForm form;
+    form.onPressed = [&] { ShowWindow(form.window(), SW_HIDE); };
+    const WindowDriver driver(kTestForm, [](HWND window) { SendMessageW(window, WM_COMMAND, IDOK, 0); });
+    form.showModal();
+    expectAsBefore();
+    EXPECT_EQ(GetActiveWindow(), first_.window());
+    form.unload();
+}
+
 TEST_F(Modality, EndsWithAFormThatIsDestroyed) {
     TestForm form;
     form.onPressed = [&] { DestroyWindow(form.window()); };
