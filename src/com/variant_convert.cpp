@@ -97,6 +97,38 @@ void storeThrough(const VARIANT& reference, Variant& value) {
     }
 }
 
+std::vector<SAFEARRAYBOUND> safeArrayBounds(std::span<const Bounds> dimensions) {
+    std::vector<SAFEARRAYBOUND> bounds;
+    for (const Bounds& dimension : dimensions) {
+        if (dimension.upper < dimension.lower - 1LL) throw platformError(Platform::SubscriptOutOfRange);
+        bounds.push_back({static_cast<ULONG>(dimension.upper - 0LL - dimension.lower + 1), dimension.lower});
+    }
+    return bounds;
+}
+
+/// Bytes that belong to somebody else, described as an array to be read.
+class BorrowedArray {
+  public:
+    BorrowedArray(std::span<const SAFEARRAYBOUND> bounds, const std::uint8_t* bytes) {
+        check(SafeArrayAllocDescriptorEx(VT_UI1, static_cast<UINT>(bounds.size()), &array_));
+        array_->cbElements = 1;
+        array_->pvData = const_cast<std::uint8_t*>(bytes);
+        // The descriptor has the last dimension first.
+        std::copy(bounds.rbegin(), bounds.rend(), array_->rgsabound);
+    }
+    BorrowedArray(const BorrowedArray&) = delete;
+    BorrowedArray& operator=(const BorrowedArray&) = delete;
+    ~BorrowedArray() {
+        array_->pvData = nullptr;
+        SafeArrayDestroyDescriptor(array_);
+    }
+
+    [[nodiscard]] SAFEARRAY* get() const { return array_; }
+
+  private:
+    SAFEARRAY* array_ = nullptr;
+};
+
 }  // namespace
 
 Variant::Variant(const VARIANT& source) {
@@ -214,14 +246,18 @@ Variant makeArray(SafeArray array) {
 }
 
 SafeArray makeByteArray(std::span<const Bounds> dimensions) {
-    std::vector<SAFEARRAYBOUND> bounds;
-    for (const Bounds& dimension : dimensions) {
-        if (dimension.upper < dimension.lower - 1LL) throw platformError(Platform::SubscriptOutOfRange);
-        bounds.push_back({static_cast<ULONG>(dimension.upper - 0LL - dimension.lower + 1), dimension.lower});
-    }
+    std::vector<SAFEARRAYBOUND> bounds = safeArrayBounds(dimensions);
     SafeArray array(SafeArrayCreate(VT_UI1, static_cast<UINT>(bounds.size()), bounds.data()));
     if (!array) throw platformError(Platform::OutOfMemory);
     return array;
+}
+
+SafeArray copyOfBytes(std::span<const Bounds> dimensions, const std::uint8_t* bytes) {
+    const std::vector<SAFEARRAYBOUND> bounds = safeArrayBounds(dimensions);
+    const BorrowedArray source(bounds, bytes);
+    SAFEARRAY* copy = nullptr;
+    check(SafeArrayCopy(source.get(), &copy));
+    return SafeArray(copy);
 }
 
 SafeArray makeByteArray(std::span<const std::uint8_t> bytes) {
@@ -262,6 +298,12 @@ void replaceArray(SAFEARRAY** target, SafeArray array) {
 bool holdsArray(const VARIANT& value) {
     const VARIANT& inner = followReferences(const_cast<VARIANT&>(value));
     return V_ISARRAY(&inner);
+}
+
+Variant nothingFor(const VARIANT& variable) {
+    const VARIANT& inner = followReferences(const_cast<VARIANT&>(variable));
+    if (V_VT(&inner) != (VT_BYREF | VT_ARRAY | VT_UI1)) return {};
+    return makeArray(makeByteArray(std::span<const std::uint8_t>()));
 }
 
 ByteArrayView::ByteArrayView(const VARIANT& value) {

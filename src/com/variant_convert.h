@@ -73,6 +73,8 @@ struct Bounds {
 
 /// A new byte array; the first dimension varies fastest.
 [[nodiscard]] SafeArray makeByteArray(std::span<const Bounds> dimensions);
+/// The same with the bytes of all elements in their order in memory, which are not cleared first.
+[[nodiscard]] SafeArray copyOfBytes(std::span<const Bounds> dimensions, const std::uint8_t* bytes);
 /// A new one-dimensional byte array from index 0 with these bytes; no bytes make an array without elements.
 [[nodiscard]] SafeArray makeByteArray(std::span<const std::uint8_t> bytes);
 
@@ -86,6 +88,10 @@ void replaceArray(SAFEARRAY** target, SafeArray array);
 
 /// Whether the variant holds an array of whatever kind, directly or by reference.
 [[nodiscard]] bool holdsArray(const VARIANT& value);
+
+/// What a host's variable holds when there is nothing to give it: an array without elements where it can
+/// hold nothing but arrays of bytes, otherwise Empty.
+[[nodiscard]] Variant nothingFor(const VARIANT& variable);
 
 /// The bytes of a host's byte array, locked in their place as long as the view exists.
 /// An array that is not dimensioned has rank 0 and no bytes. Elements other than bytes are a type mismatch.

@@ -1,7 +1,6 @@
 #include "hdr/CVrxHDR.h"
 
 #include <array>
-#include <cstring>
 #include <new>
 
 #include "common/clipboard.h"
@@ -127,7 +126,8 @@ STDMETHODIMP CVrxHDR::Set_HDR(VARIANT* r_arHDR) {
 
 STDMETHODIMP CVrxHDR::Get_HDR(VARIANT* r_arHDR) {
     if (!r_arHDR) return E_POINTER;
-    return run([&] { putVariant(*r_arHDR, copyOfPixels()); });
+    return run(
+        [&] { putVariant(*r_arHDR, picture_.store().empty() ? nothingFor(*r_arHDR) : copyOfPixels()); });
 }
 
 STDMETHODIMP CVrxHDR::Load(BSTR strPath, BSTR* value) {
@@ -154,12 +154,7 @@ STDMETHODIMP CVrxHDR::Convert_HDR_to_BMP(BSTR strOutPutFile, float Exposure, flo
 
 STDMETHODIMP CVrxHDR::Load_HDR(BSTR strFileName, VARIANT_BOOL* bInvert) {
     const bool invert = !bInvert || *bInvert != VARIANT_FALSE;
-    return run([&] {
-        recordErrors(kClassName, [&] {
-            loader_.init();
-            loader_.load(toText(strFileName), false, invert);
-        });
-    });
+    return run([&] { recordErrors(kClassName, [&] { loader_.load(toText(strFileName), invert); }); });
 }
 
 STDMETHODIMP CVrxHDR::Save_HDR(BSTR strOutFileName, BSTR* value) {
@@ -174,7 +169,7 @@ STDMETHODIMP CVrxHDR::Save_HDR(BSTR strOutFileName, BSTR* value) {
 }
 
 STDMETHODIMP CVrxHDR::Get_Preview(BSTR strFileName) {
-    return run([&] { recordErrors(kClassName, [&] { loader_.load(toText(strFileName), true, false); }); });
+    return run([&] { recordErrors(kClassName, [&] { loader_.preview(toText(strFileName)); }); });
 }
 
 STDMETHODIMP CVrxHDR::Get_BMP() {
@@ -285,29 +280,19 @@ void CVrxHDR::takePixels(const VARIANT& pixels) {
         shape(0).upper < 0 || shape(1).upper < 0 || shape(2).upper != kRgbeComponents - 1) {
         throw platformError(Platform::SubscriptOutOfRange);
     }
-    RgbeStore store(shape(0).upper, shape(1).upper);
-    std::memcpy(store.data(), array.bytes().data(), store.size());
-    picture_.setStore(std::move(store));
+    picture_.setStore(RgbeStore(shape(0).upper, shape(1).upper, array.bytes()));
 }
 
 Variant CVrxHDR::copyOfPixels() const {
     const RgbeStore& store = picture_.store();
-    if (store.empty()) return {};
-    SafeArray array = makeByteArray(boundsOf(store.dimX(), store.dimY()));
-    {
-        const ByteArrayView view(array.get());
-        std::memcpy(view.bytes().data(), store.data(), store.size());
-    }
-    return makeArray(std::move(array));
+    return makeArray(copyOfBytes(boundsOf(store.dimX(), store.dimY()), store.data()));
 }
 
 void CVrxHDR::convertToBmp(const std::u16string& path, float exposure, float gamma) {
-    const Bitmap24 bitmap = picture_.convert(exposure, gamma);
+    const BitmapRows rows = picture_.convert(exposure, gamma);
     recordErrors(RasterImage::kClassName, [&] {
-        if (bitmap.empty()) throw platformError(Platform::InvalidPicture);
-        RasterImage image;
-        image.set(bitmap);
-        image.saveBmp(path);
+        if (rows.height == 0) throw platformError(Platform::InvalidPicture);
+        RasterImage::saveRows(path, rows);
     });
 }
 

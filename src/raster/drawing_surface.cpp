@@ -61,7 +61,7 @@ DrawingSurface::Canvas DrawingSurface::create(std::int32_t width, std::int32_t h
 }
 
 void DrawingSurface::paint(const Bitmap24& bitmap) {
-    if (bitmap.empty()) return;
+    if (bitmap.empty()) return resize(0, 0);
     prepare(static_cast<std::int32_t>(bitmap.width()), static_cast<std::int32_t>(bitmap.height()));
     std::memcpy(canvas_.bits, bitmap.data(), bitmap.size());
 }

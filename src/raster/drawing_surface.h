@@ -30,7 +30,7 @@ class DrawingSurface {
     /// that the system cannot hold.
     void resize(std::int32_t width, std::int32_t height);
 
-    /// The whole of a bitmap, in its own size. An empty one changes nothing.
+    /// The whole of a bitmap, in its own size: of an empty one, black.
     void paint(const Bitmap24& bitmap);
 
     /// Draws bits of any format into the surface, eliminating rows and columns where it shrinks.

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 
 #include "com/module.h"
 #include "com/variant_convert.h"
@@ -11,7 +12,6 @@
 #include "common/engine/rounding.h"
 #include "common/file_io.h"
 #include "raster/cDIBSection.h"
-#include "raster/engine/bmp_file.h"
 #include "raster/mIntelJPEGLibrary.h"
 #include "raster/picture_file.h"
 
@@ -60,6 +60,23 @@ BmpInfo infoOf(std::int32_t width, std::int32_t height) {
     return info;
 }
 
+using Encoder = std::function<void(ByteSink& file)>;
+
+void replaceFile(const std::u16string& path, const Encoder& encode) {
+    FileReplacement file(path);
+    encode(file);
+    file.commit();
+}
+
+/// Where a file of this name is written; an old one of no name of its own goes first.
+std::u16string targetOf(const std::u16string& path) {
+    if (!path.empty()) return path;
+    const std::u16string own = fromWide(folderOf(modulePath()));
+    std::u16string target = (takesFiles(own) ? own + u'\\' : temporaryFolder()) + kTemporaryName;
+    deleteIfPossible(target);
+    return target;
+}
+
 }  // namespace
 
 void RasterImage::set(std::span<const std::uint8_t> bits, const BmpInfo& info) {
@@ -69,11 +86,6 @@ void RasterImage::set(std::span<const std::uint8_t> bits, const BmpInfo& info) {
     info_ = info;
     dimX_ = static_cast<float>(info.biWidth);
     dimY_ = static_cast<float>(info.biHeight);
-}
-
-void RasterImage::set(const Bitmap24& bitmap) {
-    set({bitmap.data(), bitmap.size()},
-        infoOf(static_cast<std::int32_t>(bitmap.width()), static_cast<std::int32_t>(bitmap.height())));
 }
 
 void RasterImage::load(const std::u16string& path) {
@@ -137,22 +149,19 @@ void RasterImage::renderPart(const PixelRect* source, const PixelRect& target) {
     surface_.stretch(to, from, info, bits_.data());
 }
 
-void RasterImage::writeSurface(const std::u16string& path) const {
-    FileReplacement file(path);
-    encodeBmp(static_cast<std::uint32_t>(surface_.width()), static_cast<std::uint32_t>(surface_.height()),
-              surface_.bits(), file);
-    file.commit();
+std::u16string RasterImage::saveBmp(const std::u16string& path) {
+    const std::u16string target = targetOf(path);
+    render();
+    replaceFile(target, [this](ByteSink& file) {
+        encodeBmp(static_cast<std::uint32_t>(surface_.width()), static_cast<std::uint32_t>(surface_.height()),
+                  surface_.bits(), file);
+    });
+    return target;
 }
 
-std::u16string RasterImage::saveBmp(const std::u16string& path) {
-    std::u16string target = path;
-    if (path.empty()) {
-        const std::u16string own = fromWide(folderOf(modulePath()));
-        target = (takesFiles(own) ? own + u'\\' : temporaryFolder()) + kTemporaryName;
-        deleteIfPossible(target);
-    }
-    render();
-    writeSurface(target);
+std::u16string RasterImage::saveRows(const std::u16string& path, const BitmapRows& rows) {
+    const std::u16string target = targetOf(path);
+    replaceFile(target, [&rows](ByteSink& file) { encodeBmp(rows, file); });
     return target;
 }
 

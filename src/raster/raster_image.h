@@ -8,7 +8,7 @@
 #include "VrxCommon.h"
 #include "common/engine/bytes.h"
 #include "raster/drawing_surface.h"
-#include "raster/engine/bitmap24.h"
+#include "raster/engine/bmp_file.h"
 
 namespace vrx {
 
@@ -19,7 +19,6 @@ class RasterImage {
 
     /// Takes copies. The sizes become the record's width and height, as Singles.
     void set(std::span<const std::uint8_t> bits, const BmpInfo& info);
-    void set(const Bitmap24& bitmap);
     /// Reads a picture file of any format that the platform knows as 24-bit bits, followed by one zero byte,
     /// and their record. The sizes stay as they are: hosts take them over with set().
     void load(const std::u16string& path);
@@ -43,6 +42,9 @@ class RasterImage {
     /// that are no bitmap of the record's kind.
     std::u16string saveBmp(const std::u16string& path);
 
+    /// Writes rows as saveBmp() would write an image of them, which need not be in memory for it.
+    static std::u16string saveRows(const std::u16string& path, const BitmapRows& rows);
+
     /// Writes a picture file as JPEG with a quality of 1 to 100; without an input file the image itself, by
     /// way of its temporary BMP file. Error 123 where the codec cannot write, after it has told the user.
     void convertToJpg(const std::u16string& output, std::int32_t quality, const std::u16string& input);
@@ -50,7 +52,6 @@ class RasterImage {
   private:
     void render();
     void renderPart(const PixelRect* source, const PixelRect& target);
-    void writeSurface(const std::u16string& path) const;
 
     Bytes bits_;
     BmpInfo info_{};

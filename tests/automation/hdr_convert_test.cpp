@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "failure.h"
 #include "hdr_host.h"
 #include "picture_pixels.h"
@@ -193,6 +195,45 @@ TEST_F(HdrConvert, OfAnEmptyObjectFailsAndWritesNothing) {
     EXPECT_NE(failure.number, 0);
     EXPECT_EQ(failure.source, L"CVrxImage");
     EXPECT_FALSE(host::exists(file_));
+}
+
+/// A file of runs: every row has the components 10, 20, 30 and 136 + y mod 2.
+FileBytes largeFile(int size) {
+    FileBytes file = host::headerFile(size, size);
+    for (int y = 0; y < size; ++y) {
+        host::append(file, {2, 2, size >> 8, size & 255});
+        for (const int value : {10, 20, 30, 136 + y % 2}) {
+            for (int left = size; left > 0; left -= 127)
+                host::append(file, {128 + std::min(left, 127), value});
+        }
+    }
+    return file;
+}
+
+TEST_F(HdrConvert, Of10000By10000PixelsWorksAfterGetBmpToo) {
+    constexpr int kSize = 10000;
+    constexpr LONGLONG kStride = 3 * kSize;
+    ASSERT_EQ(hdr_.load(folder_.write(L"large.hdr", largeFile(kSize))), S_OK);
+    hdr_.view(0, 1);
+    ASSERT_EQ(hdr_->Get_BMP(), S_OK);
+    ASSERT_EQ(failureOf(hdr_.convert(file_)), host::kNone);
+    const auto file =
+        vrx::validHandle(CreateFileW(file_.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    LARGE_INTEGER size{};
+    ASSERT_TRUE(GetFileSizeEx(file.get(), &size));
+    EXPECT_EQ(size.QuadPart, 54 + kStride * kSize);
+    // (M + 0.5) * 2^(E - 136), half to even; the file begins with the last row, of exponent 137.
+    for (const auto& [row, expected] : {std::pair{0LL, FileBytes{61, 41, 21}}, {9999LL, {30, 20, 10}}}) {
+        for (const LONGLONG column : {0LL, 9999LL}) {
+            LARGE_INTEGER place{};
+            place.QuadPart = 54 + row * kStride + 3 * column;
+            FileBytes pixel(3);
+            DWORD read = 0;
+            ASSERT_TRUE(SetFilePointerEx(file.get(), place, nullptr, FILE_BEGIN));
+            ASSERT_TRUE(ReadFile(file.get(), pixel.data(), 3, &read, nullptr));
+            EXPECT_EQ(pixel, expected) << row << ' ' << column;
+        }
+    }
 }
 
 }  // namespace

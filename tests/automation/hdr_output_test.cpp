@@ -85,6 +85,35 @@ TEST_F(HdrOutput, OfAnEmptyObjectIsARefreshWithAPicture) {
     EXPECT_EQ(pictures, 1);
 }
 
+TEST_F(HdrOutput, OfAnObjectWithoutPixelsIsABlackSurfaceOfOnePixel) {
+    const Pixels black = pixels24(1, 1, FileBytes(4));
+    hdr_.view(0, 1);
+    EXPECT_EQ(hdr_->Get_BMP(), S_OK);
+    EXPECT_NE(painted_, black);
+    EXPECT_EQ(hdr_->Cls(), S_OK);
+    EXPECT_EQ(hdr_->Get_BMP(), S_OK);
+    EXPECT_EQ(painted_, black) << "not the erased picture";
+    EXPECT_EQ(listener_.log, "refresh refresh ");
+    EXPECT_EQ(hdr_.set(picture_), S_OK);
+    EXPECT_EQ(hdr_->Get_BMP(), S_OK);
+    EXPECT_EQ(hdr_.set(RgbePicture(0, 0)), S_OK);
+    EXPECT_EQ(hdr_->Get_BMP(), S_OK);
+    EXPECT_EQ(painted_, black);
+    const std::wstring rowless = folder_.write(L"rowless.hdr", host::headerFile(7, 0));
+    EXPECT_EQ(hdr_.set(picture_), S_OK);
+    EXPECT_EQ(hdr_->Get_BMP(), S_OK);
+    EXPECT_EQ(hdr_.preview(rowless), S_OK);
+    EXPECT_EQ(painted_, black);
+}
+
+TEST_F(HdrOutput, OfAPictureAllButBlackWithAutomaticExpositionIsWhite) {
+    hdr_->put_AutoExposition(VARIANT_TRUE);
+    for (const float exposure : {-63.0F, -64.0F, -70.0F, -100.0F, -149.0F}) {
+        hdr_.view(exposure, 1);
+        EXPECT_EQ(painted({128, 128, 128, 136}), FileBytes({255, 255, 255})) << exposure;
+    }
+}
+
 TEST_F(HdrOutput, WithAutomaticExpositionFollowsTheFormulaOfItsType) {
     hdr_->put_AutoExposition(VARIANT_TRUE);
     const std::pair<long, Exposition> types[] = {

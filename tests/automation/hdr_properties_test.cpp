@@ -240,6 +240,27 @@ TEST(GetHdr, OfAnEmptyObjectIsEmpty) {
     EXPECT_EQ(V_VT(&variable.get()), VT_EMPTY);
 }
 
+TEST(GetHdr, OfAnObjectWithoutPixelsIntoATypedByteArrayIsAnEmptyByteArray) {
+    const Hdr hdr;
+    for (const bool late : {true, false}) {
+        SAFEARRAY* typed = host::byteArray({{0, 9}}).release();
+        VARIANT array = typedReference(VT_ARRAY | VT_UI1, &typed);
+        const HRESULT code = late ? host::call(hdr.late(), L"Get_HDR", {array}).code : hdr->Get_HDR(&array);
+        EXPECT_EQ(code, S_OK);
+        const SafeArray owned(typed);
+        ASSERT_TRUE(typed);
+        EXPECT_EQ(SafeArrayGetDim(typed), 1u);
+        const vrx::ByteArrayView view(typed);
+        EXPECT_TRUE(view.bytes().empty());
+        EXPECT_EQ(view.bounds(0).lower, 0);
+        EXPECT_EQ(view.bounds(0).upper, -1);
+    }
+    SAFEARRAY* none = nullptr;
+    VARIANT array = typedReference(VT_ARRAY | VT_UI1, &none);
+    EXPECT_EQ(hdr->Get_HDR(&array), S_OK);
+    const SafeArray owned(none);
+}
+
 TEST(Cls, ErasesThePixelsAndTheSizes) {
     const Hdr hdr;
     hdr.set(RgbePicture(5, 4));

@@ -221,6 +221,28 @@ TEST_F(HdrReentrancy, LoadStartedInOnFinishIsTheOneThatStays) {
     expectWorksAgain();
 }
 
+TEST_F(HdrReentrancy, LoadHdrInsideAnEventOfARunningPreviewLeavesTheOuterRunNoFurtherRefresh) {
+    const RgbePicture other(4, 90);
+    const std::wstring second = folder_.write(L"second.hdr", other.file());
+    const std::wstring names[] = {second, L"", L"Error", folder_ / L"missing.hdr"};
+    for (const std::wstring& name : names) {
+        const bool loads = name == second;
+        const std::string inner = loads ? "header(4,90) finish " : "";
+        forget();
+        atRefresh([&] { (void)hdr_.load(name); });
+        EXPECT_EQ(hdr_.preview(file_), S_OK);
+        EXPECT_EQ(listener_.log, "header(3,200) refresh " + inner + "finish ");
+        EXPECT_EQ(hdr_.dimX(), loads ? 4 : 3);
+        forget();
+        atHeader([&] { (void)hdr_.load(name); });
+        EXPECT_EQ(hdr_.preview(file_), S_OK);
+        EXPECT_EQ(listener_.log, "header(3,200) " + inner + "finish ");
+        EXPECT_EQ(hdr_.dimX(), loads ? 4 : 3);
+        EXPECT_FALSE(hdr_.loading());
+    }
+    expectWorksAgain();
+}
+
 TEST_F(HdrReentrancy, FailureOfALoadInsideAnEventStaysThere) {
     const std::wstring missing = folder_ / L"missing.hdr";
     host::Failure inner;

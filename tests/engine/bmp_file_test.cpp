@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "failure.h"
 #include "memory_sink.h"
+#include "raster/engine/bitmap24.h"
 
 namespace vrx::test {
 namespace {
@@ -49,6 +51,21 @@ TEST(BmpFile, APictureThatNoFileSizeCanNameIsRefused) {
     MemorySink sink;
     EXPECT_EQ(errorNumberOf([&] { encodeBmp(40000, 40000, nullptr, sink); }), 7);
     EXPECT_TRUE(sink.bytes.empty());
+}
+
+TEST(BmpFile, OfRowsIsTheFileOfTheBitmapThatTheyMake) {
+    for (const auto& [width, height] : {std::pair{1U, 1U}, {3U, 7U}, {400U, 258U}, {90000U, 3U}}) {
+        Bitmap24 bitmap(width, height);
+        const auto paint = [width = width](std::uint32_t y, std::uint8_t* bgr) {
+            for (std::uint32_t i = 0; i < 3 * width; ++i) bgr[i] = static_cast<std::uint8_t>(7 * y + i);
+        };
+        for (std::uint32_t y = 0; y < height; ++y) paint(y, bitmap.rowFromTop(y));
+        MemorySink whole;
+        encodeBmp(width, height, bitmap.data(), whole);
+        MemorySink rows;
+        encodeBmp({width, height, paint}, rows);
+        EXPECT_EQ(rows.bytes, whole.bytes) << width;
+    }
 }
 
 }  // namespace

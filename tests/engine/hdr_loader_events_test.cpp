@@ -277,25 +277,77 @@ TEST_F(LoaderEvents, ALoadOfTheSameFileInsideALoadLeavesItWhole) {
     EXPECT_EQ(host.count("read a"), 2);
 }
 
-TEST_F(LoaderEvents, AFailedLoadInsideAnEventEndsTheOneThatRuns) {
-    host.at("refresh", [this] { EXPECT_EQ(errorNumberOf([this] { load(u"missing"); }), 53); });
+TEST_F(LoaderEvents, AFailedPreviewInsideAnEventEndsTheOneThatRuns) {
+    host.at("refresh", [this] { EXPECT_EQ(errorNumberOf([this] { preview(u"missing"); }), 53); });
     preview(u"a");
     EXPECT_EQ(host.events(),
               (Calls{"read a", "header 4x3", "refresh", "read missing", "refresh", "finished"}));
     EXPECT_TRUE(isZeroRow(picture.store(), 1));
 }
 
-TEST_F(LoaderEvents, TheNameErrorLoadedInsideAnEventEndsTheOneThatRuns) {
-    host.at("refresh", [this] { EXPECT_EQ(errorNumberOf([this] { load(u"Error"); }), 1); });
+TEST_F(LoaderEvents, TheNameErrorPreviewedInsideAnEventEndsTheOneThatRuns) {
+    host.at("refresh", [this] { EXPECT_EQ(errorNumberOf([this] { preview(u"Error"); }), 1); });
     preview(u"a");
     EXPECT_EQ(host.events(), (Calls{"read a", "header 4x3", "refresh", "refresh", "finished"}));
     EXPECT_TRUE(isZeroRow(picture.store(), 1));
 }
 
-TEST_F(LoaderEvents, ABlankNameLoadedInsideAnEventChangesNothing) {
-    host.at("refresh", [this] { load(u""); });
+TEST_F(LoaderEvents, ABlankNamePreviewedInsideAnEventChangesNothing) {
+    host.at("refresh", [this] { preview(u""); });
     preview(u"a");
     EXPECT_TRUE(holdsA());
+}
+
+TEST_F(LoaderEvents, ALoadCalledInsideAnEventOfARunningPreviewLeavesNoFurtherRefreshToTheOuterRun) {
+    for (const char16_t* name : {u"b", u"", u"Error", u"missing"}) {
+        for (const char* kind : {"header", "refresh", "yield"}) {
+            LoadingObject object;
+            object.host.files = host.files;
+            int refreshes = -1;
+            object.host.at(kind, [&] {
+                refreshes = object.host.count("refresh");
+                const auto failure = failureOf([&] { object.load(name); });
+                EXPECT_EQ(failure.has_value(), name[0] == 'E' || name[0] == 'm');
+            });
+            object.preview(u"a");
+            EXPECT_EQ(object.host.count("refresh"), refreshes) << kind;
+            EXPECT_EQ(object.host.calls.back(), "finished") << kind;
+            EXPECT_EQ(object.host.count("finished"), name[0] == 'b' ? 2 : 1) << kind;
+            EXPECT_FALSE(object.loader.loading()) << kind;
+            EXPECT_EQ(object.picture.dimX(), name[0] == 'b' ? 5 : 4) << kind;
+            EXPECT_EQ(object.picture.store().dimX(), object.picture.dimX()) << kind;
+        }
+    }
+}
+
+TEST_F(LoaderEvents, APreviewOfABlankNameAtTheHeaderMakesALoadOneWithAPreview) {
+    host.at("header", [this] { preview(u""); });
+    load(u"a", true);
+    EXPECT_TRUE(holdsA()) << "not inverted";
+    EXPECT_EQ(host.events(), (Calls{"read a", "header 4x3", "refresh", "refresh", "finished"}));
+    EXPECT_EQ(picture.preview().data()[0], 1) << "without exposure and gamma";
+}
+
+TEST_F(LoaderEvents, WhetherALoadRunsIsToldByTheLastOneThatEnded) {
+    host.at("refresh", [this] {
+        preview(u"b");
+        EXPECT_FALSE(loader.loading());
+        loader.parameterChanged();
+    });
+    preview(u"a");
+    EXPECT_EQ(host.count("read a") + host.count("read b"), 2) << "nothing that runs is to begin again";
+}
+
+TEST_F(LoaderEvents, TheSizesAreTheLastAnnouncedOnes) {
+    host.at("header", [this] {
+        EXPECT_EQ(errorNumberOf([this] { load(u"missing"); }), 53);
+        EXPECT_EQ(picture.dimX(), 4);
+        picture.setStore(RgbeStore(9, 8));
+        EXPECT_EQ(picture.dimX(), 9);
+    });
+    preview(u"a");
+    EXPECT_EQ(picture.dimX(), 9);
+    EXPECT_EQ(picture.dimY(), 8);
 }
 
 TEST_F(LoaderEvents, ARestartAskedForInAnInnerLoadRunsTheInnerFileAgain) {
@@ -346,7 +398,11 @@ TEST_F(LoaderEvents, ClearingWhereALoadStopsInsideARowIsSafe) {
         object.host.files = host.files;
         object.host.at("header", [&object] { object.loader.end(); });
         object.host.at("yield", [&object] { object.picture.clear(); });
-        object.loader.load(u"many", preview, false);
+        if (preview) {
+            object.preview(u"many");
+        } else {
+            object.load(u"many");
+        }
         EXPECT_TRUE(object.picture.store().empty());
         EXPECT_TRUE(object.picture.preview().empty());
         EXPECT_EQ(object.host.count("finished"), 1);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "failure.h"
+#include "hdr/engine/rgbe_writer.h"
 #include "memory_sink.h"
 
 namespace vrx::test {
@@ -23,6 +24,12 @@ RgbeStore onePixel(const Pixel& pixel) {
         store.row(c, 0)[0] = static_cast<std::uint8_t>(pixel[static_cast<std::size_t>(c)]);
     }
     return store;
+}
+
+Bgr firstOf(const BitmapRows& rows) {
+    std::array<std::uint8_t, 3> bgr{};
+    rows.paint(0, bgr.data());
+    return {bgr[0], bgr[1], bgr[2]};
 }
 
 Bgr firstOf(const Bitmap24& bitmap) { return {bitmap.data()[0], bitmap.data()[1], bitmap.data()[2]}; }
@@ -181,7 +188,7 @@ TEST_F(Picture, AnEmptyPicturePaintsNothing) {
     picture.setAutoExposition(true);
     picture.paint();
     EXPECT_TRUE(picture.preview().empty());
-    EXPECT_TRUE(picture.convert(0.0F, 1.0F).empty());
+    EXPECT_EQ(picture.convert(0.0F, 1.0F).height, 0U);
     EXPECT_TRUE(picture.tablesBuilt());
 }
 
@@ -311,54 +318,91 @@ TEST_F(Picture, ClearingLeavesNoPixels) {
     EXPECT_EQ(picture.gamma(), 1.0F);
 }
 
-TEST_F(Picture, TheGenerationChangesWithTheStoreOnly) {
-    const auto changes = [this](auto action) {
-        const std::uint32_t before = picture.generation();
+TEST_F(Picture, ALoadHoldsItUntilAnotherOneOrOtherPixelsOrTheirClearingTakeItsPlace) {
+    const auto lostBy = [this](auto action) {
+        const PictureFilling filling(picture, {3, 2});
         action();
-        return picture.generation() != before;
+        return !filling.holds();
     };
-    EXPECT_TRUE(changes([this] { picture.setStore(RgbeStore(2, 2)); }));
-    EXPECT_TRUE(changes([this] { picture.resetStore(false); }));
-    EXPECT_TRUE(changes([this] { picture.clear(); }));
-    EXPECT_FALSE(changes([this] { picture.setExposure(1.0F); }));
-    EXPECT_FALSE(changes([this] { picture.setGamma(2.0F); }));
-    EXPECT_FALSE(changes([this] { picture.paint(); }));
-    EXPECT_FALSE(changes([this] { static_cast<void>(picture.convert(1.0F, 1.0F)); }));
+    EXPECT_TRUE(lostBy([this] { picture.setStore(RgbeStore(2, 2)); }));
+    EXPECT_TRUE(lostBy([this] { picture.clear(); }));
+    EXPECT_TRUE(lostBy([this] { const PictureFilling other(picture, {3, 2}); }));
+    EXPECT_FALSE(lostBy([this] { picture.makeRoom(true); }));
+    EXPECT_FALSE(lostBy([this] { picture.setExposure(1.0F); }));
+    EXPECT_FALSE(lostBy([this] { picture.paint(); }));
+    EXPECT_FALSE(lostBy([this] { static_cast<void>(picture.convert(1.0F, 1.0F)); }));
 }
 
-TEST_F(Picture, AStoreResetInTheSameSizesReadsAsZero) {
+TEST_F(Picture, HasTheSizesThatALoadAnnouncesAndThePixelsOfBeforeUntilThereIsRoom) {
+    picture.setStore(onePixel({127, 0, 255, 136}));
+    {
+        const PictureFilling filling(picture, {5, 4});
+        EXPECT_EQ(picture.dimX(), 5);
+        EXPECT_EQ(picture.dimY(), 4);
+        EXPECT_EQ(picture.component(0, 0, 0), 127.5F);
+        picture.makeRoom(false);
+        EXPECT_EQ(picture.store().size(), 120U);  // 6 * 5 * 4
+        EXPECT_TRUE(picture.preview().empty());
+    }
+    EXPECT_EQ(picture.dimX(), 5);
+    EXPECT_EQ(picture.dimY(), 4);
+}
+
+TEST_F(Picture, RoomOfTheSameSizesReadsAsZero) {
     picture.setStore(RgbeStore(3, 2));
     std::fill_n(picture.store().data(), picture.store().size(), std::uint8_t{9});
-    picture.setDimensions(3, 2);
-    picture.resetStore(true);
+    picture.makeRoom(true);
     std::fill_n(picture.store().data(), picture.store().size(), std::uint8_t{9});
-    picture.buildTables();
     picture.previewRow(0);
-    picture.resetStore(true);
+    picture.makeRoom(true);
     for (std::size_t i = 0; i < picture.store().size(); ++i) EXPECT_EQ(picture.store().data()[i], 0);
     for (std::size_t i = 0; i < picture.preview().size(); ++i) EXPECT_EQ(picture.preview().data()[i], 0);
 }
 
-TEST_F(Picture, AStoreResetInOtherSizesHasThem) {
+TEST_F(Picture, AStoreThatNoMemoryHoldsHasItsSizesAndNoBytes) {
     picture.setStore(RgbeStore(3, 2));
-    picture.setDimensions(5, 4);
-    EXPECT_EQ(picture.store().dimX(), 3);
-    picture.resetStore(false);
-    EXPECT_EQ(picture.store().dimX(), 5);
-    EXPECT_EQ(picture.store().dimY(), 4);
-    EXPECT_EQ(picture.store().size(), 120U);  // 6 * 5 * 4
-    EXPECT_TRUE(picture.preview().empty());
-}
-
-TEST_F(Picture, AStoreThatNoMemoryHoldsLeavesAnEmptyOne) {
-    picture.setStore(RgbeStore(3, 2));
-    picture.setDimensions(2147483647, 2147483647);
-    EXPECT_EQ(errorNumberOf([this] { picture.resetStore(true); }), 7);
+    {
+        const PictureFilling filling(picture, {2147483647, 2147483647});
+        EXPECT_EQ(errorNumberOf([this] { picture.makeRoom(true); }), 7);
+    }
+    EXPECT_EQ(picture.dimX(), 2147483647);
     EXPECT_TRUE(picture.store().empty());
     EXPECT_EQ(picture.component(0, 0, 0), 0x1p-136F);
     picture.paint();
+    EXPECT_TRUE(picture.preview().empty());
     MemorySink sink;
     EXPECT_EQ(failureOf([&] { picture.encode(sink); }), kFileError);
+    picture.clear();
+    EXPECT_EQ(picture.dimX(), 0);
+    // Sizes that a file can name, of which there is only no memory.
+    RgbeStore store;
+    EXPECT_EQ(errorNumberOf([&] { store.reset(65535, 65535); }), 7);
+    EXPECT_EQ(failureOf([&] { encodeRgbe(store, 65535, 65535, sink); }), kFileError);
+}
+
+TEST_F(Picture, AStoreOfGivenBytesHoldsACopy) {
+    std::vector<std::uint8_t> bytes(4 * 3 * 4);
+    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<std::uint8_t>(i);
+    const RgbeStore store(3, 2, bytes);
+    bytes.clear();
+    EXPECT_EQ(store.dimX(), 3);
+    EXPECT_EQ(store.dimY(), 2);
+    EXPECT_EQ(store.row(0, 0)[1], 1);
+    EXPECT_EQ(store.row(3, 2)[3], 47);
+}
+
+TEST_F(Picture, AnErasedPicturePaintsAnEmptyBitmap) {
+    static_cast<void>(paintedPixel({1, 2, 3, 136}));
+    picture.setStore({});
+    EXPECT_FALSE(picture.preview().empty());
+    picture.paint();
+    EXPECT_TRUE(picture.preview().empty());
+}
+
+TEST_F(Picture, ThatNeverPaintsHasNoToneTables) {
+    picture.setStore(onePixel({1, 2, 3, 4}));
+    EXPECT_LT(sizeof picture, 1024U);
+    EXPECT_FALSE(picture.tablesBuilt());
 }
 
 TEST_F(Picture, EncodesItsStore) {

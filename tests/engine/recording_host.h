@@ -72,8 +72,8 @@ struct LoadingObject {
     RecordingHost host;
     HdrLoader loader{picture, host};
 
-    void load(const std::u16string& name, bool invert = false) { loader.load(name, false, invert); }
-    void preview(const std::u16string& name) { loader.load(name, true, false); }
+    void load(const std::u16string& name, bool invert = false) { loader.load(name, invert); }
+    void preview(const std::u16string& name) { loader.preview(name); }
 };
 
 }  // namespace vrx::test

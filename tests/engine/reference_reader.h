@@ -2,7 +2,11 @@
 // comparison.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <vector>
@@ -70,16 +74,54 @@ class ReferenceReader {
         return tokens;
     }
 
-    static int numberOf(const std::string& token) {
-        const std::size_t start = !token.empty() && (token[0] == '+' || token[0] == '-') ? 1 : 0;
-        if (token.size() == start || token.size() > 10) throw Malformed();
-        std::int64_t number = 0;
-        for (std::size_t i = start; i < token.size(); ++i) {
-            if (token[i] < '0' || token[i] > '9') throw Malformed();
-            number = 10 * number + (token[i] - '0');
+    static int numberOf(std::string token) {
+        const std::string white = " \t\v\f";
+        while (!token.empty() && white.find(token.back()) != std::string::npos) token.pop_back();
+        token.erase(0, token.find_first_not_of(white));
+        if (token.size() > 2 && token[0] == '&') return basedNumberOf(token);
+
+        std::string around;
+        while (!token.empty() && std::strchr("-+$(", token[0])) {
+            around += token[0];
+            token.erase(0, 1);
         }
-        if (number > 2147483647 || (token[0] == '-' && number > 0)) throw Malformed();
-        return static_cast<int>(number);
+        while (!token.empty() && std::strchr("-+$)", token.back())) {
+            around += token.back();
+            token.pop_back();
+        }
+        const auto countOf = [&](char c) { return std::count(around.begin(), around.end(), c); };
+        const auto minuses = countOf('-') + countOf('(');
+        if (minuses + countOf('+') > 1 || countOf('$') > 1 || countOf('(') != countOf(')')) throw Malformed();
+
+        const double size = std::nearbyint(unsignedNumberOf(token));
+        if (size > 2147483647.0 || (minuses > 0 && size > 0.0)) throw Malformed();
+        return static_cast<int>(size);
+    }
+
+    /// Digits with commas and a point, then e or d with an exponent.
+    static double unsignedNumberOf(std::string text) {
+        if (text.empty() || std::strchr("0123456789.", text[0]) == nullptr) throw Malformed();
+        const std::size_t exponent = std::min(text.find_first_of("eEdD"), text.size());
+        if (text.find_first_not_of("0123456789.,") < exponent) throw Malformed();
+        if (exponent < text.size()) text[exponent] = 'e';
+        text.erase(std::remove(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(exponent), ','),
+                   text.begin() + static_cast<std::ptrdiff_t>(exponent));
+        char* end = nullptr;
+        const double number = std::strtod(text.c_str(), &end);
+        if (*end != '\0' || end != text.c_str() + text.size()) throw Malformed();
+        return number;
+    }
+
+    /// The digits behind &H and &O.
+    static int basedNumberOf(const std::string& token) {
+        const bool isHexadecimal = token[1] == 'h' || token[1] == 'H';
+        const bool isOctal = token[1] == 'o' || token[1] == 'O';
+        const char* const digits = isHexadecimal ? "0123456789abcdefABCDEF" : "01234567";
+        if ((!isHexadecimal && !isOctal) || token.find_first_not_of(digits, 2) != std::string::npos)
+            throw Malformed();
+        const std::uint64_t size = std::strtoull(token.c_str() + 2, nullptr, isHexadecimal ? 16 : 8);
+        if (size > 2147483647) throw Malformed();
+        return static_cast<int>(size);
     }
 
     void readSizes() {

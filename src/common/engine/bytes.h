@@ -52,6 +52,12 @@ class ZeroedBytes {
         data_.reset(static_cast<std::uint8_t*>(std::calloc(size_ > 0 ? size_ : 1, 1)));
         if (!data_) throw platformError(Platform::OutOfMemory);
     }
+    /// A copy, whose memory is not cleared first.
+    explicit ZeroedBytes(std::span<const std::uint8_t> content) : size_(content.size()) {
+        data_.reset(static_cast<std::uint8_t*>(std::malloc(size_ > 0 ? size_ : 1)));
+        if (!data_) throw platformError(Platform::OutOfMemory);
+        if (size_ > 0) std::memcpy(data_.get(), content.data(), size_);
+    }
     ZeroedBytes(ZeroedBytes&& other) noexcept
         : data_(std::move(other.data_)), size_(std::exchange(other.size_, 0)) {}
     ZeroedBytes& operator=(ZeroedBytes&& other) noexcept {

@@ -17,13 +17,9 @@ constexpr std::uint32_t kRunsPerCheck = 50;
 
 }  // namespace
 
-/// One pass over one file.
+/// One pass over one file, from its resolution line on.
 struct HdrLoader::Run {
-    std::uint32_t number;
-    std::uint32_t generation;
-    bool preview;
-    bool invert;
-    bool left = false;
+    PictureFilling filling;
     RgbeCursor file;
 };
 
@@ -38,10 +34,23 @@ void HdrLoader::setFileName(std::u16string name) {
     parameterChanged();
 }
 
-void HdrLoader::load(std::u16string name, bool preview, bool invert) {
+void HdrLoader::load(std::u16string name, bool invert) {
+    init();
+    preview_ = false;
+    invert_ = invert;
+    runWhileWanted(std::move(name));
+}
+
+void HdrLoader::preview(std::u16string name) {
+    preview_ = true;
+    invert_ = false;
+    runWhileWanted(std::move(name));
+}
+
+void HdrLoader::runWhileWanted(std::u16string name) {
     while (!isBlank(name)) {
         try {
-            loadOnce(name, preview, invert);
+            runOnce(name);
             if (!settle()) return;
         } catch (...) {
             if (!settle()) throw;
@@ -57,58 +66,55 @@ bool HdrLoader::settle() {
     return std::exchange(restart_, false);
 }
 
-void HdrLoader::loadOnce(const std::u16string& name, bool preview, bool invert) {
+void HdrLoader::runOnce(const std::u16string& name) {
     if (name == kErrorName) throw wrongFileType();
     fileName_ = name;
     stop_ = false;
     loading_ = true;
     restart_ = false;
-    const std::uint32_t number = ++runs_;
 
-    if (preview) picture_.buildTables();
+    if (preview_) picture_.buildTables();
     const Bytes bytes = host_.readFile(name);
     if (bytes.size() <= 1) throw wrongFileType();
-    Run run{number, picture_.generation(), preview, invert, false, RgbeCursor(bytes.span(), kFirstPosition)};
+    RgbeCursor file(bytes.span(), kFirstPosition);
+    const Resolution sizes = readResolution(file);
+    Run run{PictureFilling(picture_, sizes), file};
 
-    const Resolution resolution = readResolution(run.file);
-    picture_.setDimensions(resolution.dimX, resolution.dimY);
-    host_.headerLoaded(resolution.dimX, resolution.dimY);
-    if (!replaced(run)) readRows(run);
+    host_.headerLoaded(sizes.dimX, sizes.dimY);
+    if (run.filling.holds()) readRows(run);
 
-    if (preview) host_.refresh();
+    if (preview_) host_.refresh();
     host_.finished();
 }
 
 void HdrLoader::readRows(Run& run) {
-    picture_.resetStore(run.preview);
-    run.generation = picture_.generation();
+    picture_.makeRoom(preview_);
     const std::int32_t rows = picture_.dimY();
     for (std::int32_t y = 0; y < rows; ++y) {
-        readRow(run, y);
-        if (run.left || (run.preview && !showRow(run, y))) return;
+        if (!readRow(run, y)) return;
+        if (preview_ && !showRow(run, y)) return;
     }
 }
 
-/// A load that is to stop leaves a scanline after 50 runs; what is left of the scanline stays undecoded, and
-/// no further row can be found in the file.
-void HdrLoader::readRow(Run& run, std::int32_t y) {
-    const std::int32_t row = run.invert ? picture_.dimY() - y : y;
+/// Whether the row was read. A load that is to stop leaves a scanline after 50 runs; what is left of the
+/// scanline stays undecoded, and no further row can be found in the file.
+bool HdrLoader::readRow(Run& run, std::int32_t y) {
+    const std::int32_t row = invert_ ? picture_.dimY() - y : y;
     const std::uint32_t maxRuns = shouldLeave(run) ? kRunsPerCheck : kAllRuns;
     switch (readScanline(run.file, picture_.store(), row, maxRuns)) {
         case ScanlineResult::Decoded:
-            break;
+            return true;
         case ScanlineResult::NotRunLength:
             throw wrongFileType();
         case ScanlineResult::OutOfRuns:
-            run.left = true;
             host_.yield();
-            break;
+            return false;
     }
+    return false;
 }
 
 /// Whether the next row is wanted.
 bool HdrLoader::showRow(const Run& run, std::int32_t y) {
-    if (replaced(run)) return false;
     picture_.previewRow(y);
     if (shouldLeave(run)) return false;
     host_.yield();
@@ -119,11 +125,6 @@ bool HdrLoader::showRow(const Run& run, std::int32_t y) {
     return !shouldLeave(run);
 }
 
-/// Whether the host has started another load, or exchanged or cleared the pixels, since this run began.
-bool HdrLoader::replaced(const Run& run) const {
-    return run.number != runs_ || run.generation != picture_.generation();
-}
-
-bool HdrLoader::shouldLeave(const Run& run) const { return stop_ || restart_ || replaced(run); }
+bool HdrLoader::shouldLeave(const Run& run) const { return stop_ || restart_ || !run.filling.holds(); }
 
 }  // namespace vrx

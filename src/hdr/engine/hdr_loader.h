@@ -11,7 +11,8 @@
 
 namespace vrx {
 
-/// What a load needs of its surroundings. Each call may come back into the loader and the picture in any way.
+/// What a load needs of its surroundings. Each call may come back into the loader and the picture in any
+/// way.
 class LoadHost {
   public:
     /// The whole file followed by one zero byte.
@@ -33,11 +34,12 @@ class HdrLoader {
   public:
     HdrLoader(HdrPicture& picture, LoadHost& host) : picture_(picture), host_(host) {}
 
-    /// Reads the file into the picture; with `preview` also into its preview bitmap, with a refresh every 80
-    /// rows and a last one. With `invert` scanline y goes to row dimY - y, so that row 0 stays zero: hosts
-    /// count on it. A blank name does nothing. Runs again as long as a restart is asked for while it runs;
-    /// only the last run's failure leaves.
-    void load(std::u16string name, bool preview, bool invert);
+    /// Reads the file into the picture. With `invert` scanline y goes to row dimY - y, so that row 0 stays
+    /// zero: hosts count on it. A load that runs already ends at its next check. A blank name reads nothing.
+    /// Runs again as long as a restart is asked for while it runs; only the last run's failure leaves.
+    void load(std::u16string name, bool invert);
+    /// The same, plain, into the picture and its preview bitmap, with a refresh every 80 rows and a last one.
+    void preview(std::u16string name);
 
     /// Ends a running load at its next check.
     void end() { stop_ = true; }
@@ -54,21 +56,25 @@ class HdrLoader {
   private:
     struct Run;
 
-    void loadOnce(const std::u16string& name, bool preview, bool invert);
+    void runWhileWanted(std::u16string name);
+    void runOnce(const std::u16string& name);
     void readRows(Run& run);
-    void readRow(Run& run, std::int32_t y);
+    [[nodiscard]] bool readRow(Run& run, std::int32_t y);
     [[nodiscard]] bool showRow(const Run& run, std::int32_t y);
-    [[nodiscard]] bool replaced(const Run& run) const;
     [[nodiscard]] bool shouldLeave(const Run& run) const;
     [[nodiscard]] bool settle();
 
     HdrPicture& picture_;
     LoadHost& host_;
+
+    // The object's, not a load's: the last call that concerns loading has set them, be it from inside an
+    // event of a load that runs.
     std::u16string fileName_;
+    bool preview_ = false;
+    bool invert_ = false;
     bool stop_ = true;
     bool restart_ = false;
     bool loading_ = false;
-    std::uint32_t runs_ = 0;
 };
 
 }  // namespace vrx

@@ -40,28 +40,24 @@ void HdrPicture::setExposure(float exposure) {
     exposureGiven_ = true;
 }
 
-void HdrPicture::setDimensions(std::int32_t dimX, std::int32_t dimY) {
-    dimX_ = dimX;
-    dimY_ = dimY;
-}
-
 void HdrPicture::setStore(RgbeStore store) {
-    ++generation_;
+    filling_.reset();
     store_ = std::move(store);
-    setDimensions(store_.dimX(), store_.dimY());
 }
 
-void HdrPicture::resetStore(bool preview) {
-    ++generation_;
-    store_.reset(dimX_, dimY_);
-    if (preview) preview_.reset(static_cast<std::uint32_t>(dimX_), static_cast<std::uint32_t>(dimY_));
+void HdrPicture::makeRoom(bool preview) {
+    const std::int32_t width = dimX();
+    const std::int32_t height = dimY();
+    store_.reset(width, height);
+    if (!preview) return;
+    preview_.reset(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height));
+    // A load can have become one with a preview after its begin.
+    if (!tablesBuilt()) buildTables();
 }
 
 void HdrPicture::clear() {
-    ++generation_;
-    store_ = {};
+    setStore({});
     preview_ = {};
-    setDimensions(0, 0);
 }
 
 float HdrPicture::component(std::int32_t x, std::int32_t y, std::int32_t component) const {
@@ -81,43 +77,57 @@ std::optional<std::array<double, 3>> HdrPicture::percentAt(std::int32_t x, std::
     return percent;
 }
 
-bool HdrPicture::hasPixels() const {
-    return dimX_ > 0 && dimY_ > 0 && store_.dimX() == dimX_ && store_.dimY() == dimY_;
-}
+bool HdrPicture::hasPixels() const { return !store_.empty() && store_.dimX() > 0 && store_.dimY() > 0; }
 
 void HdrPicture::previewRow(std::int32_t y) {
     paintPlainRow(tables_, store_, y, preview_.rowFromTop(static_cast<std::uint32_t>(y)));
 }
 
-void HdrPicture::paintInto(Bitmap24& bitmap) {
-    std::optional<RowExposition> exposition;
-    if (autoExposition_) exposition = expositionOf(expositionType_, measureLuminance(tables_, store_));
-    if (bitmap.width() != static_cast<std::uint32_t>(dimX_) ||
-        bitmap.height() != static_cast<std::uint32_t>(dimY_)) {
-        bitmap.reset(static_cast<std::uint32_t>(dimX_), static_cast<std::uint32_t>(dimY_));
-    }
-    paintStore(tables_, exposition ? &*exposition : nullptr, store_, bitmap);
+/// None for a plain painting.
+std::optional<RowExposition> HdrPicture::measuredExposition() const {
+    if (!autoExposition_) return std::nullopt;
+    return expositionOf(expositionType_, measureLuminance(tables_, store_));
 }
 
 void HdrPicture::paint() {
     multiplier_ = exposureGiven_ ? exposureMultiplier(exposure_) : 0.0F;
     inverseGamma_ = gammaGiven_ ? inverseOf(gamma_) : 0.0F;
     buildTables();
-    if (hasPixels()) paintInto(preview_);
+    if (!hasPixels()) {
+        preview_ = {};
+        return;
+    }
+    const std::optional<RowExposition> exposition = measuredExposition();
+    const auto width = static_cast<std::uint32_t>(store_.dimX());
+    const auto height = static_cast<std::uint32_t>(store_.dimY());
+    if (preview_.width() != width || preview_.height() != height) preview_.reset(width, height);
+    paintStore(tables_, exposition ? &*exposition : nullptr, store_, preview_);
 }
 
-Bitmap24 HdrPicture::convert(float exposure, float gamma) {
+BitmapRows HdrPicture::convert(float exposure, float gamma) {
     if (exposure > -1.0F) multiplier_ = exposureMultiplier(exposure);
     if (gamma > -1.0F) {
         if (gamma == 0.0F) throw platformError(Platform::DivisionByZero);
         inverseGamma_ = inverseOf(gamma);
     }
     buildTables();
-    Bitmap24 bitmap;
-    if (hasPixels()) paintInto(bitmap);
-    return bitmap;
+    if (!hasPixels()) return {};
+    return {static_cast<std::uint32_t>(store_.dimX()), static_cast<std::uint32_t>(store_.dimY()),
+            [this, exposition = measuredExposition()](std::uint32_t y, std::uint8_t* bgr) {
+                paintRow(tables_, exposition ? &*exposition : nullptr, store_, static_cast<std::int32_t>(y),
+                         bgr);
+            }};
 }
 
-void HdrPicture::encode(ByteSink& sink) const { encodeRgbe(store_, dimX_, dimY_, sink); }
+void HdrPicture::encode(ByteSink& sink) const { encodeRgbe(store_, store_.dimX(), store_.dimY(), sink); }
+
+PictureFilling::PictureFilling(HdrPicture& picture, Resolution sizes)
+    : picture_(picture), sizes_(std::make_shared<const Resolution>(sizes)) {
+    picture_.filling_ = sizes_;
+}
+
+PictureFilling::~PictureFilling() {
+    if (holds()) picture_.filling_.reset();
+}
 
 }  // namespace vrx

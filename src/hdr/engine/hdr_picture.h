@@ -3,14 +3,17 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "common/engine/byte_sink.h"
 #include "hdr/engine/auto_exposition.h"
+#include "hdr/engine/rgbe_header.h"
 #include "hdr/engine/rgbe_store.h"
 #include "hdr/engine/tone_painter.h"
 #include "hdr/engine/tone_tables.h"
 #include "raster/engine/bitmap24.h"
+#include "raster/engine/bmp_file.h"
 
 namespace vrx {
 
@@ -27,18 +30,14 @@ class HdrPicture {
     [[nodiscard]] ExpositionType expositionType() const { return expositionType_; }
     void setExpositionType(ExpositionType type) { expositionType_ = type; }
 
-    // Pixels. The sizes are those of the last resolution line, array or clearing; the store may lag behind
-    // them.
-    [[nodiscard]] std::int32_t dimX() const { return dimX_; }
-    [[nodiscard]] std::int32_t dimY() const { return dimY_; }
-    void setDimensions(std::int32_t dimX, std::int32_t dimY);
+    // Pixels. The sizes are the store's, or those that a load has announced for it.
+    [[nodiscard]] std::int32_t dimX() const { return filling_ ? filling_->dimX : store_.dimX(); }
+    [[nodiscard]] std::int32_t dimY() const { return filling_ ? filling_->dimY : store_.dimY(); }
     [[nodiscard]] const RgbeStore& store() const { return store_; }
     [[nodiscard]] RgbeStore& store() { return store_; }
-    void setStore(RgbeStore store);  ///< takes the sizes from the store
-    void resetStore(bool preview);   ///< all zero in the current sizes, and a black preview bitmap on demand
+    void setStore(RgbeStore store);
+    void makeRoom(bool preview);  ///< a store all zero in these sizes, and a black preview bitmap on demand
     void clear();
-    /// Changes whenever the store is exchanged; a load in progress notices by it that its store is gone.
-    [[nodiscard]] std::uint32_t generation() const { return generation_; }
 
     /// (component + 0.5) * 2^(E - 136). Outside the store 2^-136; the scale alone where only the component
     /// is.
@@ -52,18 +51,21 @@ class HdrPicture {
     void buildTables() { tables_.build(multiplier_, inverseGamma_); }
     /// One row of the store, plain, into the preview bitmap.
     void previewRow(std::int32_t y);
-    /// The whole store into the preview bitmap with the parameters as they are now. Nothing without pixels.
+    /// The whole store into the preview bitmap with the parameters as they are now; empty without pixels.
     void paint();
-    /// A bitmap of the whole store. An exposure or a gamma above -1 replaces the multiplier or the inverse
-    /// gamma until the next paint(), without being held to a range; error 11 for a gamma of 0.
-    [[nodiscard]] Bitmap24 convert(float exposure, float gamma);
+    /// What paints the rows of the whole store as long as the picture is not changed; none without pixels. An
+    /// exposure or a gamma above -1 replaces the multiplier or the inverse gamma until the next paint(),
+    /// without being held to a range; error 11 for a gamma of 0.
+    [[nodiscard]] BitmapRows convert(float exposure, float gamma);
 
     /// The picture as a Radiance file.
     void encode(ByteSink& sink) const;
 
   private:
+    friend class PictureFilling;
+
     [[nodiscard]] bool hasPixels() const;
-    void paintInto(Bitmap24& bitmap);
+    [[nodiscard]] std::optional<RowExposition> measuredExposition() const;
 
     float gamma_ = 0.0F;
     float inverseGamma_ = 0.0F;
@@ -74,12 +76,28 @@ class HdrPicture {
     bool autoExposition_ = false;
     ExpositionType expositionType_ = ExpositionType::Max;
 
-    std::int32_t dimX_ = 0;
-    std::int32_t dimY_ = 0;
-    std::uint32_t generation_ = 0;
     RgbeStore store_;
+    // Of the load that fills the store, if one does. Shared, as hosts can leave a load without returning.
+    std::shared_ptr<const Resolution> filling_;
     ToneTables tables_;
     Bitmap24 preview_;
+};
+
+/// A load's hold on a picture, from its resolution line to its end. Another load, other pixels or their
+/// clearing take it away for good: the picture is then no longer this load's.
+class PictureFilling {
+  public:
+    /// The picture has these sizes at once, while its pixels stay those of before.
+    PictureFilling(HdrPicture& picture, Resolution sizes);
+    PictureFilling(const PictureFilling&) = delete;
+    PictureFilling& operator=(const PictureFilling&) = delete;
+    ~PictureFilling();
+
+    [[nodiscard]] bool holds() const { return picture_.filling_ == sizes_; }
+
+  private:
+    HdrPicture& picture_;
+    std::shared_ptr<const Resolution> sizes_;
 };
 
 }  // namespace vrx

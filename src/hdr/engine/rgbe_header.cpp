@@ -1,9 +1,10 @@
 #include "hdr/engine/rgbe_header.h"
 
-#include <charconv>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "common/engine/long_text.h"
 
 namespace vrx {
 namespace {
@@ -38,11 +39,9 @@ std::string_view nextToken(std::string_view& text) {
 }
 
 std::int32_t parseSize(std::string_view token) {
-    if (token.starts_with('+')) token.remove_prefix(1);
-    std::int32_t size = 0;
-    const auto [end, error] = std::from_chars(token.data(), token.data() + token.size(), size);
-    if (error != std::errc{} || end != token.data() + token.size() || size < 0) throw wrongFileType();
-    return size;
+    const std::optional<std::int32_t> size = longOfText(token);
+    if (!size || *size < 0) throw wrongFileType();
+    return *size;
 }
 
 bool isAxisX(std::string_view token) { return token == "+X" || token == "-X"; }

@@ -16,15 +16,18 @@ std::uint64_t checkedPlaneSize(std::int32_t dimX, std::int32_t dimY) {
 
 RgbeStore::RgbeStore(std::int32_t dimX, std::int32_t dimY) { reset(dimX, dimY); }
 
+RgbeStore::RgbeStore(std::int32_t dimX, std::int32_t dimY, std::span<const std::uint8_t> bytes)
+    : dimX_(dimX), dimY_(dimY), planeSize_(bytes.size() / kRgbeComponents), bytes_(bytes) {}
+
 void RgbeStore::reset(std::int32_t dimX, std::int32_t dimY) {
     ZeroedBytes bytes = std::move(bytes_);
-    *this = {};
+    planeSize_ = 0;
+    dimX_ = dimX;
+    dimY_ = dimY;
     const std::uint64_t planeSize = checkedPlaneSize(dimX, dimY);
     bytes.reset(planeSize * kRgbeComponents);
     bytes_ = std::move(bytes);
     planeSize_ = static_cast<std::size_t>(planeSize);
-    dimX_ = dimX;
-    dimY_ = dimY;
 }
 
 }  // namespace vrx

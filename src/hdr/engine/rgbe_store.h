@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "common/engine/bytes.h"
 
@@ -17,9 +18,13 @@ class RgbeStore {
     /// Bounds (0 to dimX, 0 to dimY, 0 to 3), all bytes zero; error 7 where the process cannot hold it.
     RgbeStore(std::int32_t dimX, std::int32_t dimY);
 
-    /// The same in other sizes. Where that fails, the store is empty.
+    /// A copy of all bytes of a store of these bounds.
+    RgbeStore(std::int32_t dimX, std::int32_t dimY, std::span<const std::uint8_t> bytes);
+
+    /// All zero in other sizes. Where that fails, the store has the sizes and no bytes.
     void reset(std::int32_t dimX, std::int32_t dimY);
 
+    /// Without bytes.
     [[nodiscard]] bool empty() const { return planeSize_ == 0; }
     [[nodiscard]] std::int32_t dimX() const { return dimX_; }
     [[nodiscard]] std::int32_t dimY() const { return dimY_; }

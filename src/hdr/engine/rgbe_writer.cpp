@@ -148,7 +148,8 @@ std::uint8_t* encodePlaneByBytes(std::span<const std::uint8_t> plane, std::uint8
 }
 
 void encodeRgbe(const RgbeStore& store, std::int32_t dimX, std::int32_t dimY, ByteSink& sink) {
-    if (dimY > 0 && (dimX > kMaxWidth || store.dimX() != dimX || store.dimY() != dimY)) throw fileError();
+    if (dimY > 0 && (dimX > kMaxWidth || store.empty() || store.dimX() != dimX || store.dimY() != dimY))
+        throw fileError();
     const std::string header = headerOf(dimX, dimY);
     sink.write({reinterpret_cast<const std::uint8_t*>(header.data()), header.size()});
     if (dimY == 0) return;

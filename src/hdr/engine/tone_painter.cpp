@@ -64,15 +64,19 @@ void paintPlainRow(const ToneTables& tables, const RgbeStore& store, std::int32_
     }
 }
 
+void paintRow(const ToneTables& tables, const RowExposition* exposition, const RgbeStore& store,
+              std::int32_t y, std::uint8_t* bgr) {
+    if (exposition != nullptr) {
+        paintExposedRow(tables, *exposition, store, y, bgr);
+    } else {
+        paintPlainRow(tables, store, y, bgr);
+    }
+}
+
 void paintStore(const ToneTables& tables, const RowExposition* exposition, const RgbeStore& store,
                 Bitmap24& bitmap) {
     for (std::int32_t y = 0; y < store.dimY(); ++y) {
-        std::uint8_t* bgr = bitmap.rowFromTop(static_cast<std::uint32_t>(y));
-        if (exposition != nullptr) {
-            paintExposedRow(tables, *exposition, store, y, bgr);
-        } else {
-            paintPlainRow(tables, store, y, bgr);
-        }
+        paintRow(tables, exposition, store, y, bitmap.rowFromTop(static_cast<std::uint32_t>(y)));
     }
 }
 

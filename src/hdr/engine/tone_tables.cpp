@@ -116,9 +116,10 @@ void ToneTables::build(float multiplier, float inverseGamma) {
         // Everything that can fail is in the largest linear value or, below 0, in the smallest.
         exactEntry(linearOf(power < 0.0 ? 0 : 255, power < 0.0 ? 0 : 255, scale), power);
     }
+    if (!entries_) entries_ = std::make_unique_for_overwrite<Entries>();
     for (int e = 0; e < 256; ++e) {
-        std::uint8_t* bytes = &bytes_[at(static_cast<std::uint8_t>(e))];
-        float* singles = &singles_[at(static_cast<std::uint8_t>(e))];
+        std::uint8_t* bytes = &entries_->bytes[at(static_cast<std::uint8_t>(e))];
+        float* singles = &entries_->singles[at(static_cast<std::uint8_t>(e))];
         if (fast) {
             if (!fillFromFactors(factors, factors.exponent[static_cast<std::size_t>(e)], bytes, singles)) {
                 settleDoubts(factors, e, scale, power, bytes, singles);
@@ -131,7 +132,6 @@ void ToneTables::build(float multiplier, float inverseGamma) {
             singles[m] = entry.single;
         }
     }
-    built_ = true;
 }
 
 }  // namespace vrx

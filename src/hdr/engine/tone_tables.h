@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 namespace vrx {
 
@@ -20,22 +21,26 @@ class ToneTables {
     /// negative power; the tables then stay as they were.
     void build(float multiplier, float inverseGamma);
 
-    [[nodiscard]] bool built() const { return built_; }
+    /// Before, there are no tables: they take 320 kB.
+    [[nodiscard]] bool built() const { return entries_ != nullptr; }
 
     /// The 256 entries of one exponent, mantissas in order.
-    [[nodiscard]] const std::uint8_t* bytes(std::uint8_t exponent) const { return &bytes_[at(exponent)]; }
-    [[nodiscard]] const float* singles(std::uint8_t exponent) const { return &singles_[at(exponent)]; }
+    [[nodiscard]] const std::uint8_t* bytes(std::uint8_t exponent) const { return allBytes() + at(exponent); }
+    [[nodiscard]] const float* singles(std::uint8_t exponent) const { return allSingles() + at(exponent); }
 
     /// Both whole tables, 256 mantissas to an exponent.
-    [[nodiscard]] const std::uint8_t* allBytes() const { return bytes_.data(); }
-    [[nodiscard]] const float* allSingles() const { return singles_.data(); }
+    [[nodiscard]] const std::uint8_t* allBytes() const { return entries_->bytes.data(); }
+    [[nodiscard]] const float* allSingles() const { return entries_->singles.data(); }
 
   private:
     static constexpr std::size_t at(std::uint8_t exponent) { return std::size_t{exponent} << 8; }
 
-    std::array<std::uint8_t, 65536> bytes_{};
-    std::array<float, 65536> singles_{};
-    bool built_ = false;
+    struct Entries {
+        std::array<std::uint8_t, 65536> bytes;
+        std::array<float, 65536> singles;
+    };
+
+    std::unique_ptr<Entries> entries_;
 };
 
 }  // namespace vrx

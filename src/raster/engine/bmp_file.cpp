@@ -1,5 +1,6 @@
 #include "raster/engine/bmp_file.h"
 
+#include <algorithm>
 #include <array>
 
 #include "common/engine/error.h"
@@ -11,6 +12,8 @@ namespace {
 constexpr std::uint32_t kFileHeaderSize = 14;
 constexpr std::uint32_t kInfoHeaderSize = 40;
 constexpr std::uint32_t kPixelOffset = kFileHeaderSize + kInfoHeaderSize;
+// Bytes of the rows that are painted before they are written.
+constexpr std::size_t kBlockSize = 1U << 18;
 
 class LittleEndianWriter {
   public:
@@ -44,16 +47,35 @@ void writeHeaders(std::uint32_t width, std::uint32_t height, std::uint32_t image
     for (int i = 0; i < 4; ++i) header.dword(0);  // resolution and palette: none
 }
 
-}  // namespace
-
-void encodeBmp(std::uint32_t width, std::uint32_t height, const std::uint8_t* pixels, ByteSink& sink) {
+/// The size of the pixels.
+std::uint32_t encodeHeaders(std::uint32_t width, std::uint32_t height, ByteSink& sink) {
     if (width == 0 || height == 0) throw platformError(Platform::InvalidPicture);
     if (strideOf(width) > kMaxByteCount / height) throw platformError(Platform::OutOfMemory);
     const auto imageSize = static_cast<std::uint32_t>(strideOf(width) * height);
     std::array<std::uint8_t, kPixelOffset> headers;
     writeHeaders(width, height, imageSize, headers.data());
     sink.write(headers);
+    return imageSize;
+}
+
+}  // namespace
+
+void encodeBmp(std::uint32_t width, std::uint32_t height, const std::uint8_t* pixels, ByteSink& sink) {
+    const std::uint32_t imageSize = encodeHeaders(width, height, sink);
     sink.write({pixels, imageSize});
+}
+
+void encodeBmp(const BitmapRows& rows, ByteSink& sink) {
+    encodeHeaders(rows.width, rows.height, sink);
+    const auto stride = static_cast<std::size_t>(strideOf(rows.width));
+    const std::uint32_t rowsAtOnce =
+        std::clamp(static_cast<std::uint32_t>(kBlockSize / stride), 1U, rows.height);
+    ZeroedBytes block(std::uint64_t{stride} * rowsAtOnce);
+    for (std::uint32_t left = rows.height; left > 0;) {
+        const std::uint32_t count = std::min(left, rowsAtOnce);
+        for (std::uint32_t i = 0; i < count; ++i) rows.paint(--left, block.data() + i * stride);
+        sink.write({block.data(), count * stride});
+    }
 }
 
 }  // namespace vrx
