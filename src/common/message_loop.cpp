@@ -153,9 +153,10 @@ bool stackIsHalfUsed() {
 }  // namespace
 
 bool doEvents() noexcept {
-    const bool nothingWaits = HIWORD(GetQueueStatus(QS_ALLINPUT)) == 0;
+    MSG first;
+    if (!PeekMessageW(&first, nullptr, 0, 0, PM_NOREMOVE)) return true;
     // The messages are then left to the calls further out.
-    if (nothingWaits || stackIsHalfUsed()) return true;
+    if (stackIsHalfUsed()) return true;
     PendingMessages messages;
     try {
         messages.dispatchAll();
