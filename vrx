@@ -16,7 +16,9 @@ VrxCommon: a COM automation component for HDR pictures (Windows), built and test
   ./vrx test --wine PATH             run the component's tests in another Wine, whose wineserver stands beside it
   ./vrx build [--win64]              build the component, its tests and samples into build/win32/bin
   ./vrx package [--win64]            make dist/VrxCommon-VERSION-win32.zip, what users of the component install
-  ./vrx bench [--win32]              run the benchmarks on this machine, or those for Windows in Wine
+  ./vrx bench [--win32] [--json FILE] [--only WORK] [PICTURE.hdr...]
+                                     run the benchmarks on this machine, or those for Windows in Wine; the HDR works
+                                     on the pictures given; ends with one table, which FILE gets as a list as well
   ./vrx fuzz [SECONDS]               run each fuzz target for SECONDS (60); crashes go to build/fuzz/crashes
   ./vrx wine COMMAND...              run a Windows command in Wine, with the component registered
   ./vrx clean                        delete build/ and dist/

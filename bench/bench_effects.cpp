@@ -6,13 +6,16 @@
 #include <cmath>
 #include <cstdint>
 #include <random>
+#include <string>
 #include <vector>
 
+#include "benchmarks.h"
 #include "effects/engine/grey.h"
 #include "effects/engine/smoothing.h"
 #include "raster/engine/noise.h"
 #include "raster/engine/pixel_rows.h"
 #include "raster/engine/resample.h"
+#include "report.h"
 
 #ifdef VRX_BENCH_OPENCV
 #include <opencv2/imgproc.hpp>
@@ -45,7 +48,8 @@ std::int32_t widthOf(const benchmark::State& state) { return static_cast<std::in
 
 void reportPerPixel(benchmark::State& state, std::int32_t width, std::int32_t height) {
     const double pixels = static_cast<double>(width) * height;
-    state.counters["ns/px"] = benchmark::Counter(
+    const std::string picture = "photograph " + std::to_string(widthOf(state)) + " wide";
+    state.counters[picture] = benchmark::Counter(
         pixels / 1e9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
@@ -97,15 +101,6 @@ void resamplePixels(benchmark::State& state, double factor) {
 void resampleToHalf(benchmark::State& state) { resamplePixels(state, 0.5); }
 void resampleToDouble(benchmark::State& state) { resamplePixels(state, 2.0); }
 
-#define VRX_PICTURE_SIZES Arg(1024)->Arg(4096)->Unit(benchmark::kMillisecond)
-
-BENCHMARK(blurPixels)->VRX_PICTURE_SIZES;
-BENCHMARK(medianCutPixels)->VRX_PICTURE_SIZES;
-BENCHMARK(greyPixels)->VRX_PICTURE_SIZES;
-BENCHMARK(noisePixels)->VRX_PICTURE_SIZES;
-BENCHMARK(resampleToHalf)->VRX_PICTURE_SIZES;
-BENCHMARK(resampleToDouble)->VRX_PICTURE_SIZES;
-
 #ifdef VRX_BENCH_OPENCV
 
 cv::Mat matrixOf(Pixels& pixels, std::int32_t width) {
@@ -150,14 +145,27 @@ void opencvResize(benchmark::State& state, double factor) {
 void opencvResizeToHalf(benchmark::State& state) { opencvResize(state, 0.5); }
 void opencvResizeToDouble(benchmark::State& state) { opencvResize(state, 2.0); }
 
-BENCHMARK(opencvGaussianBlur)->VRX_PICTURE_SIZES;
-BENCHMARK(opencvBilateral)->VRX_PICTURE_SIZES;
-BENCHMARK(opencvResizeToHalf)->VRX_PICTURE_SIZES;
-BENCHMARK(opencvResizeToDouble)->VRX_PICTURE_SIZES;
-
 #endif
 
-}  // namespace
-}  // namespace vrx::bench
+void addSizes(const char* work, const char* library, void (*function)(benchmark::State&)) {
+    add(work, library, function)->Arg(1024)->Arg(4096);
+}
 
-BENCHMARK_MAIN();
+}  // namespace
+
+void addEffectsBenchmarks() {
+    addSizes("blur", "vrx", blurPixels);
+    addSizes("variance smoothing", "vrx", medianCutPixels);
+    addSizes("grey", "vrx", greyPixels);
+    addSizes("noise", "vrx", noisePixels);
+    addSizes("resample to half", "vrx", resampleToHalf);
+    addSizes("resample to double", "vrx", resampleToDouble);
+#ifdef VRX_BENCH_OPENCV
+    addSizes("blur", "OpenCV", opencvGaussianBlur);
+    addSizes("variance smoothing", "OpenCV bilateral", opencvBilateral);
+    addSizes("resample to half", "OpenCV", opencvResizeToHalf);
+    addSizes("resample to double", "OpenCV", opencvResizeToDouble);
+#endif
+}
+
+}  // namespace vrx::bench

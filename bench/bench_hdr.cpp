@@ -1,109 +1,130 @@
-// Speed of the HDR engine, in nanoseconds per pixel on one thread; bench_hdr_peers.cpp puts other libraries
-// beside it.
+// Speed of the HDR engine on one thread; bench_hdr_peers.cpp puts other libraries beside it.
+#include "benchmarks.h"
 #include "hdr/engine/rgbe_header.h"
 #include "hdr/engine/rgbe_reader.h"
+#include "hdr/engine/rgbe_writer.h"
 #include "hdr/engine/tone_painter.h"
-#include "hdr_sample.h"
+#include "hdr_works.h"
+#include "report.h"
 
 namespace vrx::bench {
 namespace {
 
-void readRows(RgbeCursor& cursor, RgbeStore& store) {
-    for (int y = 0; y < store.dimY(); ++y) benchmark::DoNotOptimize(readScanline(cursor, store, y));
-}
+constexpr float kMultiplier = 128.0F;
+constexpr float kInverseGamma = 1.0F / 2.2F;
 
 /// From the file's bytes to a picture that was loaded before, as a viewer goes on to the next file.
-void decodeAgain(benchmark::State& state) {
-    const MemoryFile& file = sampleOf(state).file;
+void decode(benchmark::State& state) {
     RgbeStore store;
-    for (auto _ : state) {
-        RgbeCursor cursor(file.span(), 1);
-        const Resolution size = readResolution(cursor);
-        store.reset(size.dimX, size.dimY);
-        readRows(cursor, store);
-    }
-    reportPerPixel(state);
+    const auto makeSize = [&](const HdrPicture& picture) {
+        if (store.dimX() != picture.store.dimX() || store.dimY() != picture.store.dimY())
+            decodeInto(store, picture);
+    };
+    inTurn(state, hdrPictures(), makeSize, [&](const HdrPicture& picture) { decodeInto(store, picture); });
 }
 
 /// From the file's bytes to a new picture: the system's price for new pages is in it.
 void decodeNew(benchmark::State& state) {
-    const MemoryFile& file = sampleOf(state).file;
-    for (auto _ : state) {
-        RgbeCursor cursor(file.span(), 1);
-        const Resolution size = readResolution(cursor);
-        RgbeStore store(size.dimX, size.dimY);
-        readRows(cursor, store);
+    inTurn(state, [](const HdrPicture& picture) {
+        RgbeStore store;
+        decodeInto(store, picture);
         benchmark::DoNotOptimize(store.data());
-    }
-    reportPerPixel(state);
+    });
 }
 
-/// The same and a 24-bit bitmap, tables included.
-void decodeAndToneMapNew(benchmark::State& state) {
-    const MemoryFile& file = sampleOf(state).file;
+/// The same and a new 24-bit bitmap, tables included.
+void decodeAndToneMap(benchmark::State& state) {
     ToneTables tables;
-    for (auto _ : state) {
-        RgbeCursor cursor(file.span(), 1);
-        const Resolution size = readResolution(cursor);
-        RgbeStore store(size.dimX, size.dimY);
-        readRows(cursor, store);
-        tables.build(128.0F, 1.0F / 2.2F);
-        Bitmap24 bitmap(static_cast<std::uint32_t>(size.dimX), static_cast<std::uint32_t>(size.dimY));
+    inTurn(state, [&](const HdrPicture& picture) {
+        RgbeStore store;
+        decodeInto(store, picture);
+        tables.build(kMultiplier, kInverseGamma);
+        Bitmap24 bitmap(static_cast<std::uint32_t>(store.dimX()), static_cast<std::uint32_t>(store.dimY()));
         paintStore(tables, nullptr, store, bitmap);
         benchmark::DoNotOptimize(bitmap.data());
-    }
-    reportPerPixel(state);
+    });
 }
-
-void buildTables(benchmark::State& state) {
-    ToneTables tables;
-    const float inverseGamma = 1.0F / static_cast<float>(state.range(0)) * 10.0F;
-    for (auto _ : state) {
-        tables.build(65536.0F, inverseGamma);
-        benchmark::DoNotOptimize(tables.allBytes());
-    }
-}
-
-void paint(benchmark::State& state, bool autoExposition) {
-    const RgbeStore& store = sampleOf(state).store;
-    ToneTables tables;
-    tables.build(128.0F, 1.0F / 2.2F);
-    Bitmap24 bitmap(static_cast<std::uint32_t>(store.dimX()), static_cast<std::uint32_t>(store.dimY()));
-    for (auto _ : state) {
-        RowExposition exposition{};
-        if (autoExposition) {
-            exposition = expositionOf(ExpositionType::Max, measureLuminance(tables, store));
-        }
-        paintStore(tables, autoExposition ? &exposition : nullptr, store, bitmap);
-        benchmark::DoNotOptimize(bitmap.data());
-    }
-    reportPerPixel(state);
-}
-
-void paintPlain(benchmark::State& state) { paint(state, false); }
-
-void paintAutoExposition(benchmark::State& state) { paint(state, true); }
 
 void encode(benchmark::State& state) {
-    const RgbeStore& store = sampleOf(state).store;
     MemoryFile file;
-    for (auto _ : state) {
+    inTurn(state, [&](const HdrPicture& picture) {
         file.clear();
-        encodeRgbe(store, store.dimX(), store.dimY(), file);
+        encodeRgbe(picture.store, picture.store.dimX(), picture.store.dimY(), file);
         benchmark::DoNotOptimize(file.span().data());
-    }
-    reportPerPixel(state);
+    });
 }
 
-BENCHMARK(decodeAgain)->VRX_PICTURE_SIZES;
-BENCHMARK(decodeNew)->VRX_PICTURE_SIZES;
-BENCHMARK(decodeAndToneMapNew)->VRX_PICTURE_SIZES;
-BENCHMARK(paintPlain)->VRX_PICTURE_SIZES;
-BENCHMARK(paintAutoExposition)->VRX_PICTURE_SIZES;
-BENCHMARK(encode)->VRX_PICTURE_SIZES;
-BENCHMARK(buildTables)->ArgName("gamma*10")->Arg(10)->Arg(22)->Arg(60)->Unit(benchmark::kMicrosecond);
+/// Into a bitmap that is there already.
+template <class Paint>
+void paint(benchmark::State& state, Paint paint) {
+    ToneTables tables;
+    tables.build(kMultiplier, kInverseGamma);
+    Bitmap24 bitmap;
+    const auto makeSize = [&](const HdrPicture& picture) {
+        bitmap.reset(static_cast<std::uint32_t>(picture.store.dimX()),
+                     static_cast<std::uint32_t>(picture.store.dimY()));
+    };
+    inTurn(state, hdrPictures(), makeSize, [&](const HdrPicture& picture) {
+        paint(tables, picture.store, bitmap);
+        benchmark::DoNotOptimize(bitmap.data());
+    });
+}
+
+void paintPlain(benchmark::State& state) {
+    paint(state, [](const ToneTables& tables, const RgbeStore& store, Bitmap24& bitmap) {
+        paintStore(tables, nullptr, store, bitmap);
+    });
+}
+
+/// Statistics and painting.
+void paintExposed(benchmark::State& state, ExpositionType type) {
+    paint(state, [type](const ToneTables& tables, const RgbeStore& store, Bitmap24& bitmap) {
+        const RowExposition exposition = expositionOf(type, measureLuminance(tables, store));
+        paintStore(tables, &exposition, store, bitmap);
+    });
+}
+
+/// Nanoseconds per entry: what a change of exposure costs before a pixel is painted.
+void buildTables(benchmark::State& state) {
+    ToneTables tables;
+    for (auto _ : state) {
+        tables.build(kMultiplier, kInverseGamma);
+        benchmark::DoNotOptimize(tables.allBytes());
+    }
+    state.counters["gamma 2.2"] = benchmark::Counter(
+        65536.0 / 1e9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+void addOurs(const char* work, void (*function)(benchmark::State&)) { add(work, "vrx", function); }
 
 }  // namespace
-}  // namespace vrx::bench
 
-BENCHMARK_MAIN();
+void decodeInto(RgbeStore& store, const HdrPicture& picture) {
+    RgbeCursor cursor(picture.bytes, 1);
+    const Resolution size = readResolution(cursor);
+    store.reset(size.dimX, size.dimY);
+    for (int y = 0; y < store.dimY(); ++y) benchmark::DoNotOptimize(readScanline(cursor, store, y));
+}
+
+void PaintingWork::paint(const RgbeStore& store, std::optional<ExpositionType> type) {
+    tables_.build(kMultiplier, kInverseGamma);
+    RowExposition exposition{};
+    if (type) exposition = expositionOf(*type, measureLuminance(tables_, store));
+    bitmap_.reset(static_cast<std::uint32_t>(store.dimX()), static_cast<std::uint32_t>(store.dimY()));
+    paintStore(tables_, type ? &exposition : nullptr, store, bitmap_);
+    benchmark::DoNotOptimize(bitmap_.data());
+}
+
+void addHdrBenchmarks() {
+    addOurs("decode", decode);
+    addOurs("decode new", decodeNew);
+    addOurs("decode + tone map", decodeAndToneMap);
+    addOurs("write", encode);
+    addOurs("plain painting", paintPlain);
+    addOurs("auto exposition", [](benchmark::State& state) { paintExposed(state, ExpositionType::Max); });
+    addOurs("auto exposition, range",
+            [](benchmark::State& state) { paintExposed(state, ExpositionType::MinMax); });
+    addOurs("tone table, per entry", buildTables);
+}
+
+}  // namespace vrx::bench

@@ -6,9 +6,11 @@
 
 #include <jpeglib.h>
 
+#include "benchmarks.h"
 #include "jpeg/engine/decoder.h"
 #include "jpeg/engine/encoder.h"
 #include "picture.h"
+#include "report.h"
 
 namespace vrx::bench {
 namespace {
@@ -25,7 +27,7 @@ const HostPixels& samplePixels() {
 
 void reportPerPixel(benchmark::State& state) {
     const jpeg::PixelLayout& layout = samplePixels().layout;
-    state.counters["ns/px"] =
+    state.counters["landscape 1920 x 1080"] =
         benchmark::Counter(static_cast<double>(layout.width) * layout.height / 1e9,
                            benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
@@ -82,11 +84,12 @@ void readByCodec(benchmark::State& state) {
     reportPerPixel(state);
 }
 
-BENCHMARK(writeByCodec)->Unit(benchmark::kMillisecond);
-BENCHMARK(writeByLibrary)->Unit(benchmark::kMillisecond);
-BENCHMARK(readByCodec)->Unit(benchmark::kMillisecond);
-
 }  // namespace
-}  // namespace vrx::bench
 
-BENCHMARK_MAIN();
+void addJpegBenchmarks() {
+    add("JPEG write", "vrx", writeByCodec);
+    add("JPEG write", "libjpeg-turbo", writeByLibrary);
+    add("JPEG read", "vrx", readByCodec);
+}
+
+}  // namespace vrx::bench

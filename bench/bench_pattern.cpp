@@ -5,7 +5,9 @@
 #include <string_view>
 #include <vector>
 
+#include "benchmarks.h"
 #include "pattern/engine/pattern_expansion.h"
+#include "report.h"
 
 namespace vrx::bench {
 namespace {
@@ -13,7 +15,8 @@ namespace {
 constexpr std::int32_t kEntries = 1'000'000;
 constexpr std::size_t kTextSize = 10'000'000;
 
-void reportPer(benchmark::State& state, const char* name, double count) {
+/// In the place of pixels stand the table's entries or the text's characters.
+void reportPer(benchmark::State& state, const std::string& name, double count) {
     state.counters[name] = benchmark::Counter(
         count / 1e9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
@@ -33,7 +36,7 @@ std::u16string rainbow(std::int64_t stops) {
 void expandNew(benchmark::State& state) {
     const std::u16string pattern = rainbow(state.range(0));
     for (auto _ : state) benchmark::DoNotOptimize(Get_PatternFromString(pattern, kEntries - 1));
-    reportPer(state, "ns/entry", kEntries);
+    reportPer(state, std::to_string(state.range(0)) + " stops", kEntries);
 }
 
 /// From the text to a table whose memory is in use already.
@@ -45,25 +48,34 @@ void expandAgain(benchmark::State& state) {
         fillTable(placeStops(pattern, kEntries - 1), table);
         benchmark::DoNotOptimize(table.data());
     }
-    reportPer(state, "ns/entry", kEntries);
+    reportPer(state, std::to_string(state.range(0)) + " stops", kEntries);
 }
 
 /// A text of ten million characters that repeats one item, over a small table.
-void readItems(benchmark::State& state, std::u16string_view item) {
+void readItems(benchmark::State& state, const char* name, std::u16string_view item) {
     std::u16string pattern;
     while (pattern.size() < kTextSize) pattern += item;
     for (auto _ : state) benchmark::DoNotOptimize(Get_PatternFromString(pattern, 255));
-    reportPer(state, "ns/char", static_cast<double>(pattern.size()));
+    reportPer(state, name, static_cast<double>(pattern.size()));
 }
 
-BENCHMARK(expandNew)->Arg(2)->Arg(5)->Arg(1000)->Unit(benchmark::kMillisecond);
-BENCHMARK(expandAgain)->Arg(2)->Arg(5)->Arg(1000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(readItems, stops, u"500-16777215;")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(readItems, emptyItems, u";")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(readItems, oneLongNumber, u"0")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(readItems, oneLongBlank, u" ")->Unit(benchmark::kMillisecond);
+void addExpansion(const char* work, void (*function)(benchmark::State&)) {
+    add(work, "vrx", function)->Arg(2)->Arg(5)->Arg(1000);
+}
+
+void addReading(const char* name, std::u16string_view item) {
+    add("pattern, per character", "vrx", [=](benchmark::State& state) { readItems(state, name, item); });
+}
 
 }  // namespace
-}  // namespace vrx::bench
 
-BENCHMARK_MAIN();
+void addPatternBenchmarks() {
+    addExpansion("pattern, new table", expandNew);
+    addExpansion("pattern, per entry", expandAgain);
+    addReading("stops", u"500-16777215;");
+    addReading("empty items", u";");
+    addReading("one long number", u"0");
+    addReading("one long blank", u" ");
+}
+
+}  // namespace vrx::bench

@@ -1,4 +1,4 @@
-# Target vrx_benchmark: Google Benchmark with its main.
+# Target vrx_benchmark: Google Benchmark.
 # Debian's library natively; for Windows the sources in VRX_BENCHMARK_SOURCE, without their own search for features.
 
 include_guard(GLOBAL)
@@ -16,5 +16,5 @@ if(WIN32)
     target_link_libraries(vrx_benchmark INTERFACE benchmark)
 else()
     find_package(benchmark REQUIRED)
-    target_link_libraries(vrx_benchmark INTERFACE benchmark::benchmark_main benchmark::benchmark)
+    target_link_libraries(vrx_benchmark INTERFACE benchmark::benchmark)
 endif()

@@ -180,9 +180,10 @@ start_throwaway_project_session() {
     register_components
 }
 
+# register_components [FOLDER] - those built for 32-bit Windows, or the ones in FOLDER.
 register_components() {
-    local library
-    for library in "$build"/win32/bin/{VrxCommon,VrxSettings}.dll; do
+    local library folder=${1:-$build/win32/bin}
+    for library in "$folder"/{VrxCommon,VrxSettings}.dll; do
         in_wine 60 regsvr32 /s "$(windows_path "$library")" || die "could not register $library"
     done
 }
