@@ -29,6 +29,11 @@ class RgbeCursor {
         return bytes_.data() + position_;
     }
 
+    /// What is left to read.
+    [[nodiscard]] std::span<const std::uint8_t> rest() const {
+        return bytes_.subspan(position_ < bytes_.size() ? position_ : bytes_.size());
+    }
+
     void skip(std::size_t count) { position_ += count; }
 
   private:

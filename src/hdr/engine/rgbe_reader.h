@@ -21,6 +21,7 @@ inline constexpr std::uint32_t kAllRuns = std::numeric_limits<std::uint32_t>::ma
 
 /// Decodes the next scanline of the file into row `row` of the store (0 to dimY). A run that passes the end
 /// of the row is cut off there, with all of its bytes consumed. Throws where the file ends inside the row.
+/// With a limit of runs it goes code by code and checks each: slower, with the same outcome.
 [[nodiscard]] ScanlineResult readScanline(RgbeCursor& file, RgbeStore& store, std::int32_t row,
                                           std::uint32_t maxRuns = kAllRuns);
 

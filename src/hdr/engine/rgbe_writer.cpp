@@ -1,6 +1,7 @@
 #include "hdr/engine/rgbe_writer.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <string>
@@ -18,7 +19,6 @@ namespace {
 constexpr std::size_t kMinRun = 4;
 constexpr std::size_t kMaxRun = 127;
 constexpr std::size_t kMaxLiteral = 128;
-constexpr std::int32_t kMaxWidth = 65535;
 constexpr std::uint64_t kScanlineHeaderSize = 4;
 constexpr std::size_t kBlockSize = 1 << 18;
 
@@ -39,52 +39,100 @@ std::uint8_t* writeLiterals(std::span<const std::uint8_t> bytes, std::uint8_t* o
     return out;
 }
 
-/// What stands before a long run, or before the end of the row: one short run, or literals.
-std::uint8_t* writeBeforeRun(std::span<const std::uint8_t> bytes, std::uint8_t* out) {
-    const bool shortRun = (bytes.size() == 2 || bytes.size() == 3) && bytes.front() == bytes.back() &&
-                          bytes[1] == bytes.front();
-    return shortRun ? writeRun(bytes.size(), bytes.front(), out) : writeLiterals(bytes, out);
+/// Two or three equal bytes.
+bool isShortRun(const std::uint8_t* bytes, std::size_t count) {
+    return (count == 2 || count == 3) && bytes[0] == bytes[1] && bytes[0] == bytes[count - 1];
 }
 
-/// Where four equal bytes begin, from `from` on; the plane's size where none do.
-std::size_t findLongRun(std::span<const std::uint8_t> plane, std::size_t from) {
-    const std::uint8_t* p = plane.data();
-    std::size_t i = from;
-#if defined(__SSE2__)
-    for (; i + 16 + kMinRun - 1 <= plane.size(); i += 16) {
-        const auto load = [p, i](std::size_t ahead) {
-            return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + i + ahead));
-        };
-        const __m128i first = load(0);
-        const __m128i equal =
-            _mm_and_si128(_mm_cmpeq_epi8(first, load(1)),
-                          _mm_and_si128(_mm_cmpeq_epi8(first, load(2)), _mm_cmpeq_epi8(first, load(3))));
-        const auto mask = static_cast<unsigned>(_mm_movemask_epi8(equal));
-        if (mask != 0) return i + static_cast<std::size_t>(std::countr_zero(mask));
+// Most literals are short and each is as long as it likes: a copy of just so many bytes is a call, and a
+// branch that nobody predicts. These are copied as a whole step where as many bytes are left of the plane,
+// none at all as well; what is written beyond them the next code writes over. There is room for it: before a
+// code the output is never further than the literal chunks of what it stands for.
+constexpr std::size_t kStep = 128;
+
+/// What stands before a long run, or before the end of the row: one short run, or literals. From `bytes` on,
+/// `left` bytes of the plane are still to be written.
+std::uint8_t* writeBeforeRun(const std::uint8_t* bytes, std::size_t count, std::size_t left,
+                             std::uint8_t* out) {
+    if (isShortRun(bytes, count)) return writeRun(count, *bytes, out);
+    for (; count >= kMaxLiteral; count -= kMaxLiteral, left -= kMaxLiteral, bytes += kMaxLiteral) {
+        *out = kMaxLiteral;
+        std::memcpy(out + 1, bytes, kMaxLiteral);
+        out += 1 + kMaxLiteral;
     }
-#endif
-    for (; i + kMinRun <= plane.size(); ++i) {
-        if (p[i] == p[i + 1] && p[i] == p[i + 2] && p[i] == p[i + 3]) return i;
-    }
-    return plane.size();
+    if (count > kStep || left < kStep) return writeLiterals({bytes, count}, out);
+    *out = static_cast<std::uint8_t>(count);
+    std::memcpy(out + 1, bytes, kStep);
+    return out + count + (count != 0 ? 1 : 0);
 }
 
-/// How many bytes from `from` on equal the first of them, 127 at most.
-std::size_t runLength(std::span<const std::uint8_t> plane, std::size_t from) {
-    const std::uint8_t* p = plane.data() + from;
-    const std::size_t limit = std::min(kMaxRun, plane.size() - from);
-    std::size_t length = 1;
+/// One bit for each byte of a plane: whether it equals the next one. Runs are then found by their bits.
+class EqualNeighbours {
+  public:
+    explicit EqualNeighbours(std::span<const std::uint8_t> plane) : size_(plane.size()) {
+        const std::uint8_t* p = plane.data();
+        std::size_t i = 0;
 #if defined(__SSE2__)
-    const __m128i value = _mm_set1_epi8(static_cast<char>(*p));
-    for (; length + 16 <= limit; length += 16) {
-        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + length));
-        const auto mask = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, value)));
-        if (mask != 0xFFFF) return length + static_cast<std::size_t>(std::countr_one(mask));
-    }
+        for (; i + 17 <= size_; i += 16) {
+            const auto load = [p, i](std::size_t ahead) {
+                return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + i + ahead));
+            };
+            const auto mask = static_cast<std::uint16_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(load(0), load(1))));
+            std::memcpy(&bits_[i / 8], &mask, sizeof mask);
+        }
 #endif
-    while (length < limit && p[length] == *p) ++length;
-    return length;
-}
+        std::memset(&bits_[i / 8], 0, (size_ - i) / 8 + 1 + sizeof(Window));
+        for (; i + 1 < size_; ++i)
+            bits_[i / 8] |= static_cast<std::uint8_t>((p[i] == p[i + 1] ? 1 : 0) << i % 8);
+    }
+
+    struct Run {
+        std::size_t begin;
+        std::size_t length;
+    };
+
+    /// The next run of four equal bytes or more, 127 at most, from `from` on; at the plane's end where there
+    /// is none.
+    [[nodiscard]] Run nextLongRun(std::size_t from) const {
+        for (std::size_t i = from; i < size_; i += kWindowBits - 2) {
+            const Window window = windowAt(i);
+            const Window starts = window & window >> 1 & window >> 2;
+            if (starts == 0) continue;
+            const auto begin = static_cast<std::size_t>(std::countr_zero(starts));
+            const auto equal = static_cast<std::size_t>(std::countr_one(window >> begin));
+            const bool ends = begin + equal < kWindowBits;
+            return {i + begin, ends ? 1 + equal : lengthOf(i + begin)};
+        }
+        return {size_, 0};
+    }
+
+  private:
+    using Window = std::size_t;
+    static constexpr std::size_t kWindowBits = 8 * sizeof(Window) - 7;
+    static_assert(std::endian::native == std::endian::little);
+
+    /// The bits from `i` on, of which kWindowBits are always there; those of what lies beyond the plane are
+    /// 0.
+    [[nodiscard]] Window windowAt(std::size_t i) const {
+        Window window;
+        std::memcpy(&window, &bits_[i / 8], sizeof window);
+        return window >> i % 8;
+    }
+
+    /// How many bytes from `from` on equal the first of them, 127 at most.
+    [[nodiscard]] std::size_t lengthOf(std::size_t from) const {
+        std::size_t length = 1;
+        while (length < kMaxRun) {
+            const auto equal = static_cast<std::size_t>(std::countr_one(windowAt(from + length - 1)));
+            length += std::min(equal, kWindowBits);
+            if (equal < kWindowBits) break;
+        }
+        return std::min(length, kMaxRun);
+    }
+
+    std::size_t size_;
+    std::array<std::uint8_t, kMaxScanlineWidth / 8 + 4 + sizeof(Window)> bits_;
+};
 
 std::string headerOf(std::int32_t dimX, std::int32_t dimY) {
     return "#?RADIANCE\n"
@@ -109,13 +157,13 @@ std::uint8_t* writeScanline(const RgbeStore& store, std::int32_t y, std::uint8_t
 }  // namespace
 
 std::uint8_t* encodePlane(std::span<const std::uint8_t> plane, std::uint8_t* out) {
+    const EqualNeighbours neighbours(plane);
     for (std::size_t current = 0; current < plane.size();) {
-        const std::size_t run = findLongRun(plane, current);
-        out = writeBeforeRun(plane.subspan(current, run - current), out);
-        if (run == plane.size()) break;
-        const std::size_t length = runLength(plane, run);
-        out = writeRun(length, plane[run], out);
-        current = run + length;
+        const EqualNeighbours::Run run = neighbours.nextLongRun(current);
+        out = writeBeforeRun(plane.data() + current, run.begin - current, plane.size() - current, out);
+        if (run.length == 0) break;
+        out = writeRun(run.length, plane[run.begin], out);
+        current = run.begin + run.length;
     }
     return out;
 }
@@ -148,8 +196,9 @@ std::uint8_t* encodePlaneByBytes(std::span<const std::uint8_t> plane, std::uint8
 }
 
 void encodeRgbe(const RgbeStore& store, std::int32_t dimX, std::int32_t dimY, ByteSink& sink) {
-    if (dimY > 0 && (dimX > kMaxWidth || store.empty() || store.dimX() != dimX || store.dimY() != dimY))
-        throw fileError();
+    const bool fits =
+        dimX <= kMaxScanlineWidth && !store.empty() && store.dimX() == dimX && store.dimY() == dimY;
+    if (dimY > 0 && !fits) throw fileError();
     const std::string header = headerOf(dimX, dimY);
     sink.write({reinterpret_cast<const std::uint8_t*>(header.data()), header.size()});
     if (dimY == 0) return;

@@ -9,6 +9,9 @@
 
 namespace vrx {
 
+/// The most pixels that a scanline can name.
+inline constexpr std::int32_t kMaxScanlineWidth = 65535;
+
 /// Writes the whole file for a picture of dimX x dimY pixels, the store's bytes as they are. An empty store
 /// is a picture without rows. Fails ("File Error!") before anything is written where the store does not have
 /// these sizes, or where rows are wider than the 65535 pixels that a scanline can name.
@@ -16,7 +19,8 @@ void encodeRgbe(const RgbeStore& store, std::int32_t dimX, std::int32_t dimY, By
 
 /// The run-length codes of one plane of one row: runs of at least 4 as (128 + length, byte), everything else
 /// as literal chunks (length, bytes ...); a lone run of 2 or 3 before a long run is written as a run. `out`
-/// has room for runLengthBound(plane.size()); the end of what was written is returned.
+/// has room for runLengthBound(plane.size()); the end of what was written is returned. A plane has at most
+/// kMaxScanlineWidth bytes.
 std::uint8_t* encodePlane(std::span<const std::uint8_t> plane, std::uint8_t* out);
 
 /// The same codes from the definition, byte by byte; what encodePlane is measured against.
