@@ -11,6 +11,7 @@
 
 #include "failure.h"
 #include "hdr/engine/auto_exposition_rows.h"
+#include "sample_picture.h"
 
 namespace vrx::test {
 namespace {
@@ -299,6 +300,76 @@ TEST_F(AutoExposition, PicturesOfEveryWidthComeOutAsTheStepsSay) {
         expectModel(tables, maker.random(width, 2, 120, 140));
         expectModel(tables, maker.random(width, 1, 0, 255));
         if (HasFatalFailure()) FAIL() << width;
+    }
+}
+
+TEST_F(AutoExposition, PicturesLikePhotographsComeOutAsTheStepsSay) {
+    for (const float multiplier : {1.0F, 128.0F, 65536.0F}) {
+        tables.build(multiplier, 1.0F / 2.2F);
+        expectModel(tables, bench::samplePicture(1000, 12, 1));
+    }
+}
+
+void expectKernelsToFollowTheSteps(const ToneTables& tables, const RgbeStore& store, double whitePoint) {
+    const LuminanceRange range{0.0F, 1.0F, whitePoint};
+    const RowExposition exposition = expositionOf(ExpositionType::Max, range);
+    for (int y = 0; y < store.dimY(); ++y) {
+        const Row row = modelRow(tables, ExpositionType::Max, range, store, y);
+        ASSERT_EQ(rowBy(baseline::exposeRow, tables, exposition, store, y), row) << whitePoint;
+        if (__builtin_cpu_supports("avx2") != 0) {
+            ASSERT_EQ(rowBy(avx2::exposeRow, tables, exposition, store, y), row) << whitePoint;
+        }
+    }
+}
+
+TEST_F(AutoExposition, WhitePointsOfOtherPicturesComeOutAsTheStepsSay) {
+    StoreMaker maker;
+    for (const double whitePoint : {0.0, 0x1p-140, 0x1p-60, 1e-6, 0.01, 1.0, 50.0, 1e10}) {
+        expectKernelsToFollowTheSteps(tables, maker.random(300, 8, 0, 255), whitePoint);
+        expectKernelsToFollowTheSteps(tables, maker.random(300, 8, 120, 145), whitePoint);
+        if (HasFatalFailure()) return;
+    }
+    for (const double whitePoint : {0x1p59, 0x1p60, 0x1p61, 1e30}) {
+        expectKernelsToFollowTheSteps(tables, maker.random(300, 8, 0, 110), whitePoint);
+    }
+}
+
+TEST_F(AutoExposition, ResultsHalfwayBetweenTwoBytesComeOutAsTheStepsSay) {
+    // Grey whose luminance is compressed to half a byte's step: every mantissa with white points all around.
+    StoreMaker maker;
+    for (int i = 0; i < 2000; ++i) {
+        RgbeStore store = maker.random(64, 1, 130, 138);
+        for (int x = 0; x < 64; ++x) store.row(1, 0)[x] = store.row(2, 0)[x] = store.row(0, 0)[x];
+        expectKernelsToFollowTheSteps(tables, store, std::ldexp(1.0 + i / 2000.0, i % 7 - 3));
+        if (HasFatalFailure()) return;
+    }
+}
+
+/// The range must be that of every single pixel, however blocks of pixels are passed over.
+TEST_F(AutoExposition, MeasuresOnePixelThatStandsOutAnywhere) {
+    tables.build(128.0F, 1.0F / 2.2F);
+    StoreMaker maker;
+    for (int x = 0; x < 256; ++x) {
+        RgbeStore store = maker.random(256, 2, 128, 130);
+        for (const int row : {0, 1}) {
+            const int place = row == 0 ? x : 255 - x;
+            store.row(3, row)[place] = row == 0 ? 127 : 131;
+            for (int c = 0; c < 3; ++c) store.row(c, row)[place] = row == 0 ? 0 : 255;
+        }
+        const LuminanceRange range = measureLuminance(tables, store);
+        const LuminanceRange expected = modelRange(tables, store);
+        ASSERT_EQ(range.minimum, expected.minimum) << x;
+        ASSERT_EQ(range.maximum, expected.maximum) << x;
+    }
+}
+
+TEST_F(AutoExposition, MeasuresWithTablesThatFall) {
+    tables.build(1.0F, -0.5F);
+    StoreMaker maker;
+    for (int i = 0; i < 50; ++i) {
+        const RgbeStore store = maker.random(200, 4, 100, 140);
+        ASSERT_EQ(measureLuminance(tables, store).minimum, modelRange(tables, store).minimum);
+        ASSERT_EQ(measureLuminance(tables, store).maximum, modelRange(tables, store).maximum);
     }
 }
 

@@ -160,6 +160,20 @@ TEST_F(Tone, ZeroToANegativePowerFails) {
     EXPECT_EQ(errorNumberOf([this] { tables.build(0.0F, -2.0F); }), 5);
 }
 
+TEST_F(Tone, RisesOrFallsWithMantissasAndExponentsAlike) {
+    for (const float inverseGamma : {1.0F, 1.0F / 2.2F, 1.0F / 6.0F, 0.0F, -0.5F, -1.0F}) {
+        for (const float multiplier : {1.0F, 0x1p-60F, 0x1p-149F, 0x1p16F, 0x1p100F}) {
+            tables.build(multiplier, inverseGamma);
+            const auto inOrder = [&](float a, float b) { return inverseGamma < 0 ? a >= b : a <= b; };
+            const float* all = tables.allSingles();
+            for (std::size_t i = 0; i < 65536; ++i) {
+                ASSERT_TRUE(i % 256 == 255 || inOrder(all[i], all[i + 1])) << i;
+                ASSERT_TRUE(i >= 65280 || inOrder(all[i], all[i + 256])) << i;
+            }
+        }
+    }
+}
+
 TEST_F(Tone, IsBuiltOnceItWasBuilt) {
     EXPECT_FALSE(tables.built());
     tables.build(1.0F, 1.0F);

@@ -1,10 +1,13 @@
-// Any pixels written as a file read back the same: two bytes of width, then the store's planes row by row.
+// Any pixels written as a file read back the same, and are painted the same by all kernels: two bytes of
+// width, then the store's planes row by row.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <span>
 #include <vector>
 
+#include "common/engine/processor.h"
+#include "hdr/engine/auto_exposition.h"
 #include "hdr/engine/rgbe_header.h"
 #include "hdr/engine/rgbe_reader.h"
 #include "hdr/engine/rgbe_writer.h"
@@ -76,6 +79,38 @@ void checkFile(const RgbeStore& store) {
     require(std::equal(store.data(), store.data() + store.size(), again.data()));
 }
 
+using Kernel = void (*)(const ExposureRow&, const RowExposition&, std::uint8_t*);
+
+std::vector<std::uint8_t> paintedBy(Kernel kernel, const ExposureRow& row, const RowExposition& exposition) {
+    std::vector<std::uint8_t> bgr(3 * row.width);
+    kernel(row, exposition, bgr.data());
+    return bgr;
+}
+
+void checkPainting(const RgbeStore& store) {
+    static const ToneTables tables = [] {
+        ToneTables built;
+        built.build(2.0F, 1.0F / 2.2F);
+        return built;
+    }();
+    if (!hasAvx2() || store.dimX() == 0) return;
+    RowLuminance a{1.0e9, -1.0e9};
+    RowLuminance b = a;
+    for (std::int32_t y = 0; y < store.dimY(); ++y) {
+        const ExposureRow row{tables.allSingles(), store.row(0, y), store.row(1, y),
+                              store.row(2, y),     store.row(3, y), static_cast<std::size_t>(store.dimX())};
+        baseline::widenLuminance(row, a);
+        avx2::widenLuminance(row, b);
+        require(a.minimum == b.minimum && a.maximum == b.maximum);
+        for (const RowExposition& exposition :
+             {RowExposition{RowOperator::WhitePoint, 0.0, 1.0, 1.0 / (a.maximum * a.maximum)},
+              RowExposition{RowOperator::Stretch, a.minimum, a.maximum - a.minimum + 1e-3, 0.0}}) {
+            require(paintedBy(baseline::exposeRow, row, exposition) ==
+                    paintedBy(avx2::exposeRow, row, exposition));
+        }
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -84,5 +119,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const RgbeStore store = storeOf({data + 2, size - 2}, width);
     checkPlanes(store);
     checkFile(store);
+    checkPainting(store);
     return 0;
 }

@@ -26,7 +26,9 @@ inline void storeIntegers(void* place, Integers lanes) {
 }
 inline Integers zeros() { return _mm256_setzero_si256(); }
 inline Integers both(Integers a, Integers b) { return _mm256_and_si256(a, b); }
+inline Integers eitherOf(Integers a, Integers b) { return _mm256_or_si256(a, b); }
 inline Floats greater(Floats a, Floats b) { return _mm256_cmp_ps(a, b, _CMP_GT_OQ); }
+inline Floats notLess(Floats a, Floats b) { return _mm256_cmp_ps(a, b, _CMP_NLT_UQ); }
 inline Integers bitsOf(Floats lanes) { return _mm256_castps_si256(lanes); }
 
 #else
@@ -43,7 +45,9 @@ inline void storeIntegers(void* place, Integers lanes) {
 }
 inline Integers zeros() { return _mm_setzero_si128(); }
 inline Integers both(Integers a, Integers b) { return _mm_and_si128(a, b); }
+inline Integers eitherOf(Integers a, Integers b) { return _mm_or_si128(a, b); }
 inline Floats greater(Floats a, Floats b) { return _mm_cmpgt_ps(a, b); }
+inline Floats notLess(Floats a, Floats b) { return _mm_cmpnlt_ps(a, b); }
 inline Integers bitsOf(Floats lanes) { return _mm_castps_si128(lanes); }
 
 #endif

@@ -1,5 +1,8 @@
 // Rows in blocks: colours are looked up one by one, then the arithmetic runs over the block in the compiler's
 // vector types, with the instructions that this file is compiled for. VRX_ROWS names the namespace.
+//
+// The bytes are those of the steps (exposeSteps) in double precision. Faster forms take their place where
+// they are sure to round to the same bytes; the reasons stand beside them.
 #include "hdr/engine/auto_exposition_rows.h"
 
 #include <algorithm>
@@ -8,6 +11,8 @@
 #if defined(__SSE2__)
 #include <immintrin.h>
 #endif
+
+#include "common/engine/lanes.h"
 
 namespace vrx::VRX_ROWS {
 namespace {
@@ -20,7 +25,7 @@ constexpr std::size_t kLanes = 2;
 constexpr std::size_t kBlock = 64;
 
 using Lanes = double __attribute__((vector_size(kLanes * sizeof(double))));
-using Integers = std::uint64_t __attribute__((vector_size(kLanes * sizeof(std::uint64_t))));
+using Words = std::uint64_t __attribute__((vector_size(kLanes * sizeof(std::uint64_t))));
 
 // Vectors travel by reference only, so that no calling convention depends on the instructions.
 #define VRX_INLINE [[gnu::always_inline]] inline
@@ -33,7 +38,8 @@ struct Pixels {
     Lanes r, g, b;
 };
 
-using Packed = std::uint64_t[kBlock];
+/// Blue, green and red in the low 24 bits.
+using Packed = std::uint32_t[kBlock];
 
 // Primaries of the picture to CIE XYZ and back, as Singles.
 constexpr double kRgbToX[] = {0.5141364F, 0.32387858F, 0.16036376F};
@@ -115,11 +121,11 @@ VRX_INLINE void load(Pixels& pixels, const Colours& colours, std::size_t i) {
 
 /// The bytes of pixels already held and rounded, blue, green and red in the low 24 bits.
 VRX_INLINE void pack(Packed& packed, std::size_t i, const Pixels& rounded) {
-    const auto r = reinterpret_cast<Integers>(rounded.r) & 0xFF;
-    const auto g = reinterpret_cast<Integers>(rounded.g) & 0xFF;
-    const auto b = reinterpret_cast<Integers>(rounded.b) & 0xFF;
-    const Integers bgr = b | (g << 8) | (r << 16);
-    std::memcpy(&packed[i], &bgr, sizeof bgr);
+    const auto r = reinterpret_cast<Words>(rounded.r) & 0xFF;
+    const auto g = reinterpret_cast<Words>(rounded.g) & 0xFF;
+    const auto b = reinterpret_cast<Words>(rounded.b) & 0xFF;
+    const Words bgr = b | (g << 8) | (r << 16);
+    for (std::size_t n = 0; n < kLanes; ++n) packed[i + n] = static_cast<std::uint32_t>(bgr[n]);
 }
 
 VRX_INLINE void fetchPixel(Colours& colours, std::size_t i, const ExposureRow& row, std::size_t x,
@@ -193,8 +199,9 @@ VRX_INLINE void round(Lanes& component) {
 }
 
 template <RowOperator op>
-void exposeBySteps(Packed& packed, const Colours& colours, const RowExposition& exposition) {
-    for (std::size_t i = 0; i < kBlock; i += kLanes) {
+void exposeBySteps(Packed& packed, const Colours& colours, const RowExposition& exposition,
+                   std::size_t begin = 0, std::size_t end = kBlock) {
+    for (std::size_t i = begin; i < end; i += kLanes) {
         Pixels pixels;
         load(pixels, colours, i);
         exposeSteps<op>(pixels, exposition);
@@ -257,10 +264,117 @@ bool exposeCombined(Packed& packed, const Colours& colours, const RowExposition&
     return certain;
 }
 
+#if defined(VRX_LANES)
+
+// The compression by the white point in single precision. The factor from a luminance Y to what is made of
+// it, (1 + Y k) / (1 + Y), keeps the chromaticity, so a result is 255 times this factor times one row of the
+// product of both matrices, C = sum of m c. With u = 2^-24, each rounding of a Single and each constant held
+// as one has a relative error of u at most, and all terms but some of C are positive:
+//
+//     Y: 3 u (product, two sums)     1 + Y k: 6 u     1 + Y: 4 u     factor: 11 u
+//     C: 4 u A, with A = the sum of |m c| (constant, product, two sums)     result: 16 u A factor, and
+//     squares of u
+//
+// The product of the matrices is all but the identity: a row's |m| add up to less than 1.002, and the
+// diagonal is more than the rest of its row by 0.998 at least. So the largest colour times 255 times the
+// factor is less than 1.003 of the largest result of the pixel, A factor less than 1.006 of it, and the error
+// less than 17 u of it. The steps in double precision are within 2^-40 of it. Results farther than 20 u of
+// the largest one from the middle between two integers are rounded to the same byte by both; groups with a
+// nearer one are done again by the steps. Without values beyond 2^60 nothing overflows, and what underflows
+// is lost beside 1.
+constexpr float kSinglesGuard = 20 * 0x1p-24F;
+constexpr float kMostLuminance = 0x1p60F;
+constexpr std::size_t kGroup = 16;
+
+struct Certainty {
+    Floats farthest;   ///< from the nearest integer, of all results held to bytes
+    Floats largest;    ///< result before it is held
+    Floats brightest;  ///< luminance
+};
+
+VRX_INLINE Floats allOf(float value) { return VRX_LANES(set1_ps)(value); }
+
+VRX_INLINE void dot(Floats& result, const double (&m)[3], const Floats& r, const Floats& g, const Floats& b) {
+    const Floats first = VRX_LANES(mul_ps)(allOf(static_cast<float>(m[0])), r);
+    const Floats second = VRX_LANES(mul_ps)(allOf(static_cast<float>(m[1])), g);
+    const Floats third = VRX_LANES(mul_ps)(allOf(static_cast<float>(m[2])), b);
+    result = VRX_LANES(add_ps)(VRX_LANES(add_ps)(first, second), third);
+}
+
+/// One component to integers 0 to 255.
+VRX_INLINE void toByte(Integers& byte, const Floats& component, const Floats& factor, Certainty& certainty) {
+    const Floats result = VRX_LANES(mul_ps)(component, factor);
+    certainty.largest = VRX_LANES(max_ps)(result, certainty.largest);
+    const Floats held = VRX_LANES(min_ps)(VRX_LANES(max_ps)(result, VRX_LANES(setzero_ps)()), allOf(255.0F));
+    byte = VRX_LANES(cvtps_epi32)(held);
+    certainty.farthest = VRX_LANES(max_ps)(restOf(held, byte), certainty.farthest);
+}
+
+VRX_INLINE void exposeSingles(std::uint32_t* packed, const Colours& colours, std::size_t i,
+                              const Floats& whitePoint, Certainty& certainty) {
+    const Floats one = allOf(1.0F);
+    const Floats r = VRX_LANES(loadu_ps)(colours.r + i);
+    const Floats g = VRX_LANES(loadu_ps)(colours.g + i);
+    const Floats b = VRX_LANES(loadu_ps)(colours.b + i);
+    Floats luminance;
+    dot(luminance, kRgbToY, r, g, b);
+    certainty.brightest = VRX_LANES(max_ps)(luminance, certainty.brightest);
+    const Floats above = VRX_LANES(add_ps)(one, VRX_LANES(mul_ps)(luminance, whitePoint));
+    const Floats factor = VRX_LANES(div_ps)(above, VRX_LANES(add_ps)(one, luminance));
+    Floats component;
+    Integers red, green, blue;
+    dot(component, kToR.m, r, g, b);
+    toByte(red, component, factor, certainty);
+    dot(component, kToG.m, r, g, b);
+    toByte(green, component, factor, certainty);
+    dot(component, kToB.m, r, g, b);
+    toByte(blue, component, factor, certainty);
+    const Integers upper = VRX_LANES(slli_epi32)(red, 16);
+    const Integers middle = VRX_LANES(slli_epi32)(green, 8);
+    storeIntegers(packed + i, eitherOf(blue, eitherOf(middle, upper)));
+}
+
+/// Lane by lane: each holds some pixels, and its largest result is that of one of them.
+VRX_INLINE bool isCertain(const Certainty& certainty) {
+    const Floats error = VRX_LANES(mul_ps)(allOf(kSinglesGuard), certainty.largest);
+    const Floats reach = VRX_LANES(add_ps)(certainty.farthest, error);
+    const Integers doubt = eitherOf(bitsOf(notLess(reach, allOf(0.5F))),
+                                    bitsOf(notLess(certainty.brightest, allOf(kMostLuminance))));
+    return VRX_LANES(movemask_epi8)(doubt) == 0;
+}
+
+/// A block by groups; the exposition's white point is at most kMostLuminance.
+void exposeBySingles(Packed& packed, const Colours& colours, const RowExposition& exposition) {
+    const Floats whitePoint = allOf(static_cast<float>(exposition.whitePoint));
+    for (std::size_t begin = 0; begin < kBlock; begin += kGroup) {
+        Certainty certainty{VRX_LANES(setzero_ps)(), VRX_LANES(setzero_ps)(), VRX_LANES(setzero_ps)()};
+        for (std::size_t i = begin; i < begin + kGroup; i += kFloatLanes) {
+            exposeSingles(packed, colours, i, whitePoint, certainty);
+        }
+        if (!isCertain(certainty)) {
+            exposeBySteps<RowOperator::WhitePoint>(packed, colours, exposition, begin, begin + kGroup);
+        }
+    }
+}
+
+#endif
+
 /// 4 bytes at a time, of which the next pixel overwrites the last.
 void write(const Packed& packed, std::size_t count, std::uint8_t* bgr) {
     for (std::size_t i = 0; i + 1 < count; ++i, bgr += 3) std::memcpy(bgr, &packed[i], 4);
     std::memcpy(bgr, &packed[count - 1], 3);
+}
+
+template <RowOperator op>
+VRX_INLINE void expose(Packed& packed, const Colours& colours, const RowExposition& exposition) {
+#if defined(VRX_LANES)
+    if (op == RowOperator::WhitePoint && exposition.whitePoint <= double{kMostLuminance}) {
+        return exposeBySingles(packed, colours, exposition);
+    }
+#endif
+    if (op == RowOperator::Keep || !exposeCombined<op>(packed, colours, exposition)) {
+        exposeBySteps<op>(packed, colours, exposition);
+    }
 }
 
 template <RowOperator op>
@@ -270,35 +384,98 @@ void exposeRowWith(const ExposureRow& row, const RowExposition& exposition, std:
     for (std::size_t x = 0; x < row.width; x += kBlock) {
         const std::size_t count = std::min(kBlock, row.width - x);
         fetch(colours, row, x, count);
-        if (op == RowOperator::Keep || !exposeCombined<op>(packed, colours, exposition)) {
-            exposeBySteps<op>(packed, colours, exposition);
-        }
+        expose<op>(packed, colours, exposition);
         write(packed, count, bgr + 3 * x);
     }
 }
 
-}  // namespace
-
-void widenLuminance(const ExposureRow& row, RowLuminance& luminance) {
+/// Widens the range by the luminances of a block.
+void widenByBlock(RowLuminance& luminance, const ExposureRow& row, std::size_t x, std::size_t count) {
     Colours colours;
     Lanes minimum = Lanes{} + luminance.minimum;
     Lanes maximum = Lanes{} + luminance.maximum;
-    for (std::size_t x = 0; x < row.width; x += kBlock) {
-        fetch(colours, row, x, std::min(kBlock, row.width - x));
-        for (std::size_t i = 0; i < kBlock; i += kLanes) {
-            Pixels pixels;
-            Lanes value;
-            load(pixels, colours, i);
-            // The table's values are never negative, so a pixel without luminance is black, and 0 here as
-            // well.
-            dot(value, kRgbToY, pixels.r, pixels.g, pixels.b);
-            smaller(minimum, value, minimum);
-            larger(maximum, value, maximum);
-        }
+    fetch(colours, row, x, count);
+    for (std::size_t i = 0; i < kBlock; i += kLanes) {
+        Pixels pixels;
+        Lanes value;
+        load(pixels, colours, i);
+        // The table's values are never negative, so a pixel without luminance is black, and 0 here as well.
+        dot(value, kRgbToY, pixels.r, pixels.g, pixels.b);
+        smaller(minimum, value, minimum);
+        larger(maximum, value, maximum);
     }
     for (std::size_t i = 0; i < kLanes; ++i) {
         luminance.minimum = std::min(luminance.minimum, static_cast<double>(minimum[i]));
         luminance.maximum = std::max(luminance.maximum, static_cast<double>(maximum[i]));
+    }
+}
+
+#if defined(__SSE2__)
+
+/// The least and the most bytes of a block of four planes.
+struct Corners {
+    std::uint8_t least[4];
+    std::uint8_t most[4];
+};
+
+/// Two planes' bytes side by side, reduced to half by `reduce`, down to one of each plane.
+template <class Reduce>
+VRX_INLINE void reducePlanes(const __m128i (&planes)[4], std::uint8_t (&bytes)[4], Reduce reduce) {
+    const __m128i rg =
+        reduce(_mm_unpacklo_epi8(planes[0], planes[1]), _mm_unpackhi_epi8(planes[0], planes[1]));
+    const __m128i be =
+        reduce(_mm_unpacklo_epi8(planes[2], planes[3]), _mm_unpackhi_epi8(planes[2], planes[3]));
+    __m128i all = reduce(_mm_unpacklo_epi16(rg, be), _mm_unpackhi_epi16(rg, be));
+    all = reduce(all, _mm_srli_si128(all, 8));
+    all = reduce(all, _mm_srli_si128(all, 4));
+    const int four = _mm_cvtsi128_si32(all);
+    std::memcpy(bytes, &four, sizeof four);
+}
+
+VRX_INLINE void findCorners(Corners& corners, const ExposureRow& row, std::size_t x) {
+    const std::uint8_t* const planes[] = {row.r + x, row.g + x, row.b + x, row.e + x};
+    __m128i least[4], most[4];
+    for (std::size_t c = 0; c < 4; ++c) {
+        const auto* bytes = reinterpret_cast<const __m128i*>(planes[c]);
+        least[c] = most[c] = _mm_loadu_si128(bytes);
+        for (std::size_t i = 1; i < kBlock / sizeof(__m128i); ++i) {
+            const __m128i more = _mm_loadu_si128(bytes + i);
+            least[c] = _mm_min_epu8(least[c], more);
+            most[c] = _mm_max_epu8(most[c], more);
+        }
+    }
+    reducePlanes(least, corners.least, [](__m128i a, __m128i b) { return _mm_min_epu8(a, b); });
+    reducePlanes(most, corners.most, [](__m128i a, __m128i b) { return _mm_max_epu8(a, b); });
+}
+
+VRX_INLINE double luminanceOf(const ExposureRow& row, const std::uint8_t (&rgbe)[4]) {
+    const float* singles = row.singles + (std::size_t{rgbe[3]} << 8);
+    return kRgbToY[0] * singles[rgbe[0]] + kRgbToY[1] * singles[rgbe[1]] + kRgbToY[2] * singles[rgbe[2]];
+}
+
+/// Whether no pixel of a whole block can widen the range. The table rises with mantissas and exponents alike,
+/// or falls with both, and products by positive factors, sums and roundings keep order: so no luminance is
+/// outside those of the two colours made of the least and of the most bytes.
+bool liesWithin(const RowLuminance& luminance, const ExposureRow& row, std::size_t x) {
+    Corners corners;
+    findCorners(corners, row, x);
+    const double one = luminanceOf(row, corners.least);
+    const double other = luminanceOf(row, corners.most);
+    return std::min(one, other) >= luminance.minimum && std::max(one, other) <= luminance.maximum;
+}
+
+#else
+
+bool liesWithin(const RowLuminance&, const ExposureRow&, std::size_t) { return false; }
+
+#endif
+
+}  // namespace
+
+void widenLuminance(const ExposureRow& row, RowLuminance& luminance) {
+    for (std::size_t x = 0; x < row.width; x += kBlock) {
+        const std::size_t count = std::min(kBlock, row.width - x);
+        if (count < kBlock || !liesWithin(luminance, row, x)) widenByBlock(luminance, row, x, count);
     }
 }
 

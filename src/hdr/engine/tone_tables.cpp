@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 #include "common/engine/error.h"
@@ -65,21 +66,35 @@ bool productsAreNormal(const Factors& factors) {
 /// v held to 255 and rounded half to even: adding 2^52 + 2^51 leaves the integer in the lowest bits.
 std::uint64_t byteBits(double v) { return std::bit_cast<std::uint64_t>(std::min(v, 255.0) + 0x1.8p52); }
 
-/// Fills one exponent's entries from the factors; false where one of them lies within the guard of a
-/// rounding.
-bool fillFromFactors(const Factors& factors, double exponentFactor, std::uint8_t* bytes, float* singles) {
+/// One exponent's bytes from the factors; false where one of them lies within the guard of a rounding. Most
+/// exponents are black or white as a whole.
+bool fillBytes(const Factors& factors, double exponentFactor, std::uint8_t* bytes) {
+    const auto [least, most] = std::minmax(factors.mantissa.front(), factors.mantissa.back());
+    const bool white = least * exponentFactor > 256.0;
+    if (white || most * exponentFactor < 0.25) {
+        std::memset(bytes, white ? 255 : 0, 256);
+        return true;
+    }
     std::uint64_t doubt = 0;
     for (std::size_t m = 0; m < 256; ++m) {
         const double v = factors.mantissa[m] * exponentFactor;
-        const double below = v * (1.0 - kGuard);
-        const double above = v * (1.0 + kGuard);
-        const std::uint64_t byte = byteBits(below);
-        const auto single = static_cast<float>(std::min(below / 255.0, kMaxSingle));
-        const auto singleAbove = static_cast<float>(std::min(above / 255.0, kMaxSingle));
-        doubt |= byte ^ byteBits(above);
-        doubt |= std::bit_cast<std::uint32_t>(single) ^ std::bit_cast<std::uint32_t>(singleAbove);
+        const std::uint64_t byte = byteBits(v * (1.0 - kGuard));
+        doubt |= byte ^ byteBits(v * (1.0 + kGuard));
         bytes[m] = static_cast<std::uint8_t>(byte);
-        singles[m] = single;
+    }
+    return doubt == 0;
+}
+
+/// The same for the Singles. Products stand for quotients: the rounding that they add is nothing beside the
+/// guard.
+bool fillSingles(const Factors& factors, double exponentFactor, float* singles) {
+    std::uint32_t doubt = 0;
+    for (std::size_t m = 0; m < 256; ++m) {
+        const double v = factors.mantissa[m] * exponentFactor;
+        const auto below = static_cast<float>(std::min(v * ((1.0 - kGuard) / 255.0), kMaxSingle));
+        const auto above = static_cast<float>(std::min(v * ((1.0 + kGuard) / 255.0), kMaxSingle));
+        doubt |= std::bit_cast<std::uint32_t>(below) ^ std::bit_cast<std::uint32_t>(above);
+        singles[m] = below;
     }
     return doubt == 0;
 }
@@ -92,10 +107,10 @@ void settleDoubts(const Factors& factors, int exponent, double multiplier, doubl
         const double v = factors.mantissa[i] * factors.exponent[static_cast<std::size_t>(exponent)];
         const Entry below = entryOf(v * (1.0 - kGuard));
         const Entry above = entryOf(v * (1.0 + kGuard));
-        if (below.byte == above.byte && below.single == above.single) continue;
-        const Entry exact = exactEntry(linearOf(exponent, m, multiplier), inverseGamma);
-        bytes[i] = exact.byte;
-        singles[i] = exact.single;
+        const bool certain = below.byte == above.byte && below.single == above.single;
+        const Entry entry = certain ? below : exactEntry(linearOf(exponent, m, multiplier), inverseGamma);
+        bytes[i] = entry.byte;
+        singles[i] = entry.single;
     }
 }
 
@@ -121,9 +136,10 @@ void ToneTables::build(float multiplier, float inverseGamma) {
         std::uint8_t* bytes = &entries_->bytes[at(static_cast<std::uint8_t>(e))];
         float* singles = &entries_->singles[at(static_cast<std::uint8_t>(e))];
         if (fast) {
-            if (!fillFromFactors(factors, factors.exponent[static_cast<std::size_t>(e)], bytes, singles)) {
-                settleDoubts(factors, e, scale, power, bytes, singles);
-            }
+            const double factor = factors.exponent[static_cast<std::size_t>(e)];
+            const bool bytesCertain = fillBytes(factors, factor, bytes);
+            const bool singlesCertain = fillSingles(factors, factor, singles);
+            if (!bytesCertain || !singlesCertain) settleDoubts(factors, e, scale, power, bytes, singles);
             continue;
         }
         for (int m = 0; m < 256; ++m) {
