@@ -180,6 +180,43 @@ void writeJpegSeeds(const SeedFolder& seeds) {
     writeJpegs(seeds, "four_colors", vrx::test::fourColorFile());
 }
 
+// Bitmap files.
+
+void appendNumber(Bytes& bytes, std::uint32_t value, int size) {
+    for (int i = 0; i < size; ++i) append(bytes, {static_cast<int>(value >> (8 * i) & 255)});
+}
+
+/// 5 x 3 pixels; `colours` are palette or masks.
+Bytes bmpFile(int bitCount, std::uint32_t compression, const Bytes& colours, std::size_t bitsSize, int used) {
+    Bytes file = {'B', 'M', 0, 0, 0, 0, 0, 0, 0, 0};
+    appendNumber(file, static_cast<std::uint32_t>(54 + colours.size()), 4);
+    for (const std::uint32_t field : {40U, 5U, 3U}) appendNumber(file, field, 4);
+    append(file, {1, 0, bitCount, 0});
+    appendNumber(file, compression, 4);
+    appendNumber(file, static_cast<std::uint32_t>(bitsSize), 4);
+    appendNumber(file, 0, 4);
+    appendNumber(file, 0, 4);
+    appendNumber(file, static_cast<std::uint32_t>(used), 4);
+    appendNumber(file, 0, 4);
+    append(file, colours);
+    for (std::size_t i = 0; i < bitsSize; ++i) append(file, {static_cast<int>(i * 37 & 255)});
+    return file;
+}
+
+void writeBmpSeeds(const SeedFolder& seeds) {
+    seeds.write("bits_1", bmpFile(1, 0, Bytes(8, 9), 12, 2));
+    seeds.write("bits_4", bmpFile(4, 0, Bytes(64, 9), 12, 0));
+    seeds.write("bits_8", bmpFile(8, 0, Bytes(12, 9), 24, 3));
+    seeds.write("bits_16", bmpFile(16, 0, {}, 36, 0));
+    seeds.write("bits_16_masks", bmpFile(16, 3, {0, 0xF8, 0, 0, 0xE0, 7, 0, 0, 0x1F, 0, 0, 0}, 36, 0));
+    seeds.write("bits_24", bmpFile(24, 0, {}, 48, 0));
+    seeds.write("bits_32_short", bmpFile(32, 0, {}, 57, 7));
+    seeds.write("runs_8", bmpFile(8, 1, Bytes(8, 9), 12, 2));
+    Bytes core = {'B', 'M', 0, 0, 0, 0, 0, 0, 0, 0, 32, 0, 0, 0, 12, 0, 0, 0, 3, 0, 2, 0, 1, 0, 1, 0};
+    append(core, Bytes(14, 64));
+    seeds.write("core", core);
+}
+
 // Paths: a file, a zero byte, a folder.
 
 void writePathSeeds(const SeedFolder& seeds) {
@@ -209,6 +246,7 @@ int main(int argc, char** argv) {
     }
     try {
         writePatternSeeds(SeedFolder(argv[1], "fuzz_pattern"));
+        writeBmpSeeds(SeedFolder(argv[1], "fuzz_bmp_check"));
         writeJpegSeeds(SeedFolder(argv[1], "fuzz_jpeg_reader"));
         writePathSeeds(SeedFolder(argv[1], "fuzz_paths"));
         writeReaderSeeds(SeedFolder(argv[1], "fuzz_rgbe_reader"));
