@@ -15,7 +15,7 @@ VrxCommon: a COM automation component for HDR pictures (Windows), built and test
   ./vrx test --checked               run the component's tests with traps for undefined behaviour
   ./vrx test --wine PATH             run the component's tests in another Wine, whose wineserver stands beside it
   ./vrx build [--win64]              build the component, its tests and samples into build/win32/bin
-  ./vrx package [--win64]            make dist/VrxCommon-VERSION-win32.zip, what users of the component install
+  ./vrx package [--win64]            make dist/VrxCommon-VERSION-win32.zip and .msi, what users of the component install
   ./vrx bench [--win32] [--json FILE] [--only WORK] [PICTURE.hdr...]
                                      run the benchmarks on this machine, or those for Windows in Wine; the HDR works
                                      on the pictures given; ends with one table, which FILE gets as a list as well

@@ -1,11 +1,13 @@
 #!/bin/bash
 # package.sh [--win64] - makes dist/VrxCommon-VERSION-win32.zip (or -win64): what users of the component install, with
-# samples, documentation, licences and checksums.
+# samples, documentation, licences and checksums; and the installer of the same name, an MSI file.
 
 . "$(dirname "$0")/common.sh"
-. "$tools/packages.sh"
+. "$tools/wine_session.sh"
+. "$tools/installer/make_installer.sh"
 
-architecture=win$(bits_of "$@")
+bits=$(bits_of "$@")
+architecture=win$bits
 products=$build/$architecture/bin
 name=VrxCommon-$(project_version)-$architecture
 zip=$repo/dist/$name.zip
@@ -33,12 +35,19 @@ write_help() {
     "$chm/compile_chm" "$chm" "$1/VrxCommon.chm"
 }
 
-install_packages package
+install_packages package installer
 "$tools/build.sh" --product "$@"
 
+# make_picture TO - writes the picture that the samples are tried with, by the packaged component.
+make_picture() {
+    in_wine 60 regsvr32 /s "$(windows_path "$content/VrxCommon.dll")"
+    in_wine 60 "$content/samples/bin/make_sky.exe" "$(windows_path "$1")"
+    in_wine 60 regsvr32 /u /s "$(windows_path "$content/VrxCommon.dll")"
+}
+
 say "Making $zip"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+start_throwaway_session "$bits"
+work=$throwaway_folder
 content=$work/$name
 mkdir -p "$content" "$repo/dist"
 cp "$products"/{VrxCommon.dll,VrxSettings.dll,ijl10.dll,VrxCommon.tlb,VrxTypeLib.tlb,VrxSettings.tlb} "$content"
@@ -54,7 +63,11 @@ cp "$products"/{black_and_white,contact_sheet,make_sky,preview_with_cancel,regis
     "$content/samples/bin"
 find "$content" \( -name '*.dll' -o -name '*.exe' \) -exec strip {} +
 copy_licences "$content/licences"
+mkdir "$content/samples/pictures"
+make_picture "$content/samples/pictures/sky.hdr"
 (cd "$content" && find . -type f ! -name SHA256SUMS -printf '%P\0' | sort -z | xargs -0 sha256sum >SHA256SUMS)
 rm -f "$zip"
 (cd "$work" && zip -q -X -r "$zip" "$name")
-ls -l "$zip" >&2
+say "Making ${zip%.zip}.msi"
+make_installer "$content" "$(project_version)" "$bits" "${zip%.zip}.msi"
+ls -l "${zip%.zip}".* >&2

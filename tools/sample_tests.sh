@@ -41,6 +41,17 @@ prints() {
     done
 }
 
+# prints_as_shown SAMPLE - whether the sample printed each line that stands in it behind the sign >. A * stands for
+# anything.
+prints_as_shown() {
+    local shown pattern
+    mapfile -t shown < <(sed -nE "s,^ *('|//) > ,,p" "$installed/samples/$1" | sed 's,[][\\.^$],\\&,g; s,\*,.*,g')
+    ((${#shown[@]})) || { echo "$1 shows nothing" && return 1; }
+    for pattern in "${shown[@]}"; do
+        grep -qx -- "$pattern" printed || { echo "$1 did not print: $pattern" && cat printed && return 1; }
+    done
+}
+
 # begins FILE BYTES - whether the file begins with these bytes, in hexadecimal.
 begins() {
     [[ $(head -c $((${#2} / 2)) "$1" 2>/dev/null | od -An -tx1 | tr -d ' \n') == "$2" ]] ||
@@ -63,8 +74,32 @@ steps=('0000FF' '4000BF' '800080' 'BF0040' 'FF0000')
 first_steps_vbs() {
     in_folder first_steps_vbs
     script vbscript/first_steps.vbs sky.hdr sky.bmp &&
-        prints '768 x 384' 'error 1 from CVrxHDR::Import: File Type Wrong!' && are_bitmaps sky.bmp &&
-        are_jpegs sky.bmp.jpg
+        prints_as_shown vbscript/first_steps.vbs && are_bitmaps sky.bmp && are_jpegs sky.bmp.jpg
+}
+
+# In the folder of the component, by the command that the README shows.
+readme_command() {
+    local command printed=$throwaway_folder/readme
+    command=$(sed -nE 's/^    (cscript .*first_steps.*)$/\1/p' "$repo/README.md")
+    (cd "$installed" && in_wine 120 cmd /c "$command") | tr -d '\r' >"$printed"
+    mkdir -p "$throwaway_folder/readme_command"
+    cd "$throwaway_folder/readme_command"
+    cp "$printed" printed
+    prints_as_shown vbscript/first_steps.vbs
+}
+
+# The examples of the reference, each with what it needs of the ones before.
+reference_vbs() {
+    in_folder reference_vbs
+    local class
+    for class in CVrxHDR CVrxImage ImageFX CVrxPattern CVrxFun SettingsRegistry; do
+        case $class in
+            CVrxHDR) script "vbscript/reference/$class.vbs" sky.hdr . ;;
+            CVrxImage | ImageFX) script "vbscript/reference/$class.vbs" evening.bmp . ;;
+            *) script "vbscript/reference/$class.vbs" ;;
+        esac
+        prints_as_shown "vbscript/reference/$class.vbs" || return
+    done
 }
 
 tour_vbs() {
@@ -139,7 +174,7 @@ contact_sheet_cpp() {
 # 384 rows: refreshes with rows 0, 80, 160, 240 and 320, and one at the end.
 preview_with_cancel_cpp() {
     in_folder preview_with_cancel_cpp
-    program preview_with_cancel sky.hdr 100 &&
+    program preview_with_cancel sky.hdr 100 && prints_as_shown cpp/preview_with_cancel.cpp &&
         diff printed <(printf '%s\n' 'header: 768 x 384' 'refresh '{1..6} finished complete) &&
         program preview_with_cancel sky.hdr 2 &&
         diff printed <(printf '%s\n' 'header: 768 x 384' 'refresh '{1..3} finished 'ended early')
@@ -161,7 +196,7 @@ all_dialogs_vbs() {
     wait $!
     prints "load HDR: $(windows_path sky.hdr)" 'zoom HDR: closed' 'save HDR: closed' "load image: $(windows_path a.jpg)" \
         'zoom image: closed' 'save image: closed' &&
-        grep -qE '^pattern: 0-255;[0-9]+-16777215;1000-16711680;$' printed
+        grep -qE '^pattern: 0-255;[0-9]+-16777215;1000-16711680;$' printed && prints_as_shown vbscript/all_dialogs.vbs
 }
 
 # usage SAMPLE... - whether each script tells how it is called when it is called without arguments.
@@ -177,9 +212,11 @@ usage() {
 start_package_session "$bits"
 say "Samples, $bits bits"
 run_regsvr32
-in_wine 60 "$installed/samples/bin/make_sky.exe" "$(windows_path "$throwaway_folder/sky.hdr")"
+cp "$installed/samples/pictures/sky.hdr" "$throwaway_folder"
 
 check "first_steps.vbs" first_steps_vbs
+check "the README's first script as it stands" readme_command
+check "the examples of the reference print what they show" reference_vbs
 check "tour.vbs" tour_vbs
 check "exposures.vbs" exposures_vbs
 check "exposures.vbs of no picture" exposures_vbs_of_no_picture
@@ -192,4 +229,4 @@ check "contact_sheet.cpp" contact_sheet_cpp
 check "preview_with_cancel.cpp" preview_with_cancel_cpp
 check "black_and_white.cpp" black_and_white_cpp
 check "all_dialogs.vbs" all_dialogs_vbs
-check "scripts tell how they are called" usage vbscript/{tour,exposures,folder_to_jpg,blur,bmp_to_jpg,pattern_ramp,events}.vbs
+check "scripts tell how they are called" usage vbscript/reference/{CVrxHDR,CVrxImage,ImageFX}.vbs vbscript/{tour,exposures,folder_to_jpg,blur,bmp_to_jpg,pattern_ramp,events}.vbs

@@ -35,6 +35,7 @@ package_tests() {
     "$tools/structure_tests.sh" "$@"
     "$tools/package.sh" "$@"
     "$tools/package_test.sh" "$@"
+    "$tools/installer_test.sh" "$@"
     "$tools/sample_tests.sh" "$@"
 }
 

@@ -64,6 +64,7 @@ HRESULT sizeOf(BSTR path, BmpInfo& info) {
     return result;
 }
 
+// [colortobn]
 HRESULT draw(BSTR path, Canvas& canvas, unsigned char threshold) {
     _ImageFX* effects = nullptr;
     HRESULT result = CoCreateInstance(CLSID_ImageFX, nullptr, CLSCTX_INPROC_SERVER, IID__ImageFX,
@@ -79,6 +80,7 @@ HRESULT draw(BSTR path, Canvas& canvas, unsigned char threshold) {
     effects->Release();
     return result;
 }
+// [/colortobn]
 
 HRESULT convert(const wchar_t* source, const wchar_t* target, unsigned char threshold) {
     BSTR path = SysAllocString(source);

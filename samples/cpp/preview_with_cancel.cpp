@@ -17,10 +17,13 @@ struct Session {
     bool closing = false;
 };
 
+// [endhdr]
+/// Called from an event handler or by a key, while the preview runs.
 void cancel(Session& session) {
     session.closing = true;
     session.hdr->EndHDR();
 }
+// [/endhdr]
 
 void sizeWindow(const Session& session, long dimX, long dimY) {
     RECT outer{0, 0, dimX, dimY};
@@ -39,13 +42,19 @@ class Events : public IDispatch {
     STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
                         UINT*) override {
         if (event == 1) refreshed(arguments->rgvarg[0]);  // OnRefresh(PicHDR)
+        // [onheaderloaded]
         if (event == 2) {  // OnHeaderLoaded(DimX, DimY): the last one stands first
             const long dimX = V_I4(&arguments->rgvarg[1]);
             const long dimY = V_I4(&arguments->rgvarg[0]);
             std::printf("header: %ld x %ld\n", dimX, dimY);
+            // > header: 768 x 384
             sizeWindow(session_, dimX, dimY);
         }
+        // [/onheaderloaded]
+        // [onfinish]
         if (event == 3) std::puts("finished");  // OnFinish()
+        // > finished
+        // [/onfinish]
         return S_OK;
     }
 
@@ -62,13 +71,16 @@ class Events : public IDispatch {
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
 
   private:
+    // [onrefresh]
     void refreshed(const VARIANT& picture) {
         std::printf("refresh %d\n", ++session_.refreshes);
+        // > refresh 1
         V_DISPATCH(&picture)->QueryInterface(IID_IPicture, reinterpret_cast<void**>(session_.picture.put()));
         InvalidateRect(session_.window, nullptr, FALSE);
         UpdateWindow(session_.window);
         if (session_.refreshes == session_.cancelAfter) cancel(session_);
     }
+    // [/onrefresh]
 
     Session& session_;
 };

@@ -1,0 +1,20 @@
+#!/bin/bash
+# Each member and event in docs/reference has an example that is part of a sample; tests run the samples.
+# Prints those without and fails if there is one.
+
+set -euo pipefail
+cd "$(dirname "$0")/../../docs/reference"
+
+# The preview control has no host among the samples.
+mapfile -t pages < <(find . -name '*.md' ! -name VrxPreviewImg.md | sort)
+awk '
+    function finish() {
+        if (member != "" && !shown) { print page ": " member " has no example"; failed = 1 }
+        member = ""
+    }
+    FNR == 1 { finish(); page = FILENAME }
+    /^#/ { finish() }
+    /^### / { member = substr($0, 5); shown = page ~ /events/ && member == "Click"; ++count }
+    /^<!-- samples\// { shown = 1 }
+    END { finish(); if (count < 50) { print "only " count " members"; failed = 1 }; exit failed }
+' "${pages[@]}"
