@@ -19,7 +19,7 @@ VrxCommon: a COM automation component for HDR pictures (Windows), built and test
   ./vrx bench [--win32] [--json FILE] [--only WORK] [PICTURE.hdr...]
                                      run the benchmarks on this machine, or those for Windows in Wine; the HDR works
                                      on the pictures given; ends with one table, which FILE gets as a list as well
-  ./vrx fuzz [SECONDS]               run each fuzz target for SECONDS (60); crashes go to build/fuzz/crashes
+  ./vrx fuzz [SECONDS [TARGET]]      run each fuzz target, or one, for SECONDS (60); crashes go to build/fuzz/crashes
   ./vrx wine COMMAND...              run a Windows command in Wine, with the component registered
   ./vrx clean                        delete build/ and dist/
 

@@ -116,6 +116,21 @@ void writeReaderSeeds(const SeedFolder& seeds) {
     writeLoads(seeds, "too_large", header("-Y 40000 +X 40000"));
 }
 
+void writeDecoderSeeds(const SeedFolder& seeds) {
+    seeds.write("repeats", picture("-Y 3 +X 5", 3, 5, appendRepeats));
+    seeds.write("literals", picture("+X 5 -Y 3", 3, 5, appendLiterals));
+    seeds.write("many_runs", picture("-Y 2 +X 60", 2, 60, appendSingleRuns));
+    seeds.write("long_runs", picture("-Y 4 +X 127", 4, 127, appendRepeats));
+    seeds.write("long_literals", picture("-Y 4 +X 127", 4, 127, appendLiterals));
+    seeds.write("high", picture("-Y 82 +X 1", 82, 1, appendRepeats));
+    seeds.write("run_passes_the_end", picture("-Y 3 +X 5", 3, 9, appendRepeats));
+    seeds.write("wide", picture("-Y 1 +X 5000", 8, 127, appendLiterals));
+    seeds.write("flat", flatPicture());
+    seeds.write("cr_lf", picture("-Y 1 +X 1\r", 1, 1, appendLiterals));
+    seeds.write("no_rows", header("-Y 0 +X 4"));
+    seeds.write("too_large", header("-Y 40000 +X 40000"));
+}
+
 // Pixels: two bytes of width, then planes.
 
 void writeRoundTripSeeds(const SeedFolder& seeds) {
@@ -249,6 +264,7 @@ int main(int argc, char** argv) {
         writeBmpSeeds(SeedFolder(argv[1], "fuzz_bmp_check"));
         writeJpegSeeds(SeedFolder(argv[1], "fuzz_jpeg_reader"));
         writePathSeeds(SeedFolder(argv[1], "fuzz_paths"));
+        writeDecoderSeeds(SeedFolder(argv[1], "fuzz_rgbe_decoder"));
         writeReaderSeeds(SeedFolder(argv[1], "fuzz_rgbe_reader"));
         writeRoundTripSeeds(SeedFolder(argv[1], "fuzz_rgbe_round_trip"));
     } catch (const std::exception& error) {
