@@ -55,7 +55,7 @@ class Installer:
         """The text of a row, with places on this machine as places on that of the user."""
         for library in LIBRARIES:
             path = self.windows_folder + "\\" + library
-            if text == path or text.startswith(path + "\\"):
+            if text.startswith(path):
                 return f"[#{self.names.of('file', library)}]" + text[len(path) :]
         return "[INSTALLDIR]" if text == self.windows_folder else text
 
