@@ -1,10 +1,12 @@
 // Replaces system calls that the thread library and the compiler's start-up code bring along: one that
 // Windows XP lacks, so that the module would not load there, one that would change the host's process, one
-// whose slot is never given back, and one that would find the host's own unwinder. Linked into the module
+// whose slots are never given back, and one that would find the host's own unwinder. Linked into the module
 // before them.
 #include "com/thread_library.h"
 
 #include <windows.h>
+
+#include <iterator>
 
 namespace {
 
@@ -31,13 +33,16 @@ HMODULE WINAPI findNoUnwinder(const char* name) {
 }
 #endif
 
-/// The one slot that the library keeps a thread's data in.
-DWORD threadSlot = TLS_OUT_OF_INDEXES;
+/// The slots that the module keeps its threads' data in: the library's, the exceptions' and the calls'.
+DWORD slots[3];
+LONG slotCount = 0;
 
 DWORD WINAPI allocateSlot() {
+    if (slotCount == static_cast<LONG>(std::size(slots))) return TLS_OUT_OF_INDEXES;
     const FARPROC found = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "TlsAlloc");
-    threadSlot = reinterpret_cast<DWORD(WINAPI*)()>(reinterpret_cast<void*>(found))();
-    return threadSlot;
+    const DWORD slot = reinterpret_cast<DWORD(WINAPI*)()>(reinterpret_cast<void*>(found))();
+    if (slot != TLS_OUT_OF_INDEXES) slots[InterlockedIncrement(&slotCount) - 1] = slot;
+    return slot;
 }
 
 bool releasesAtEnd = false;
@@ -55,14 +60,17 @@ struct ThreadLibraryEnd {
 extern "C" PIMAGE_TLS_CALLBACK __xl_f;
 
 ThreadLibraryEnd::~ThreadLibraryEnd() {
-    if (!releasesAtEnd || threadSlot == TLS_OUT_OF_INDEXES) return;
-    __xl_f(nullptr, DLL_THREAD_DETACH, nullptr);
-    TlsFree(threadSlot);
+    if (!releasesAtEnd || slotCount == 0) return;
+    vrx::releaseThreadAtItsEnd();
+    while (slotCount > 0) TlsFree(slots[--slotCount]);
 }
 
 void vrx::releaseThreadLibraryAtUnload() { releasesAtEnd = true; }
 
-void vrx::releaseThreadAtItsEnd() { __xl_f(nullptr, DLL_THREAD_DETACH, nullptr); }
+void vrx::releaseThreadAtItsEnd() {
+    releaseExceptionsOfThread();
+    __xl_f(nullptr, DLL_THREAD_DETACH, nullptr);
+}
 
 // What the linker takes for an entry of the import table.
 #ifdef __i386__

@@ -7,8 +7,11 @@ namespace vrx {
 /// after the last destructor.
 void releaseThreadLibraryAtUnload();
 
-/// For DllMain, when a thread ends: before Windows Vista the system tells the thread library of no module that
-/// was loaded later than the program.
+/// For DllMain, when a thread ends: before Windows Vista the system tells the thread library of no module
+/// that was loaded later than the program.
 void releaseThreadAtItsEnd();
+
+/// The thread's list of caught exceptions, which is our own.
+void releaseExceptionsOfThread();
 
 }  // namespace vrx
