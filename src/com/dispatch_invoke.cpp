@@ -1,10 +1,11 @@
 #include "com/dispatch_invoke.h"
 
 #include <algorithm>
+#include <array>
 #include <new>
-#include <vector>
 
 #include "com/dispatch_argument.h"
+#include "com/entry.h"
 #include "com/error_info.h"
 #include "com/hresult_failure.h"
 
@@ -29,12 +30,15 @@ std::size_t namedParameter(const Member& member, DISPID name, UINT index) {
     return static_cast<std::size_t>(name);
 }
 
-/// For each parameter the index of its argument in rgvarg, or kNoArgument. Positional arguments stand in
-/// reverse order behind the named ones.
-std::vector<UINT> placeArguments(const Member& member, const DISPPARAMS& arguments) {
+/// For each parameter the index of its argument in rgvarg, or kNoArgument.
+using Places = std::array<UINT, kMostArguments>;
+
+/// Positional arguments stand in reverse order behind the named ones.
+Places placeArguments(const Member& member, const DISPPARAMS& arguments) {
     const UINT positional = arguments.cArgs - arguments.cNamedArgs;
     if (arguments.cArgs > member.parameters.size()) throw HresultFailure{DISP_E_BADPARAMCOUNT};
-    std::vector<UINT> places(member.parameters.size(), kNoArgument);
+    Places places;
+    places.fill(kNoArgument);
     for (UINT i = 0; i < positional; ++i) places[i] = arguments.cArgs - 1 - i;
     for (UINT i = 0; i < arguments.cNamedArgs; ++i) {
         UINT& place = places[namedParameter(member, arguments.rgdispidNamedArgs[i], i)];
@@ -82,28 +86,52 @@ HRESULT report(const BadArgument& bad, const char16_t* className, const Dispatch
     }
 }
 
-HRESULT callMember(IDispatch& object, const Member& member, std::vector<DispatchArgument>& arguments,
-                   Variant& result) {
-    std::vector<VARTYPE> types;
-    std::vector<VARIANTARG*> values;
-    for (DispatchArgument& argument : arguments) {
-        types.push_back(argument.passedType());
-        values.push_back(argument.passed());
-    }
-    VARIANTARG resultAddress{};
-    if (member.resultType != VT_EMPTY) {
-        V_VT(&resultAddress) = VT_BYREF | member.resultType;
-        V_BYREF(&resultAddress) = &V_NONE(&result.get());
-        types.push_back(V_VT(&resultAddress));
-        values.push_back(&resultAddress);
-    }
-    VARIANT outcome{};
-    SetErrorInfo(0, nullptr);
-    throwIfFailed(DispCallFunc(&object, member.slot, CC_STDCALL, VT_ERROR, static_cast<UINT>(types.size()),
-                               types.data(), values.data(), &outcome));
-    if (SUCCEEDED(V_ERROR(&outcome))) V_VT(&result.get()) = member.resultType;
-    return V_ERROR(&outcome);
+VARIANTARG* argumentAt(const DispatchCall& call, UINT place) {
+    return place == kNoArgument ? nullptr : &call.arguments->rgvarg[place];
 }
+
+/// A member with its arguments in their order.
+class MemberCall {
+  public:
+    MemberCall(const Member& member, const Places& places) : member_(member), places_(places) {}
+
+    /// False where an argument needs a conversion.
+    [[nodiscard]] bool bindAsTheyAre(const DispatchCall& call) noexcept {
+        for (std::size_t i = 0; i < count(); ++i) {
+            if (!arguments_[i].bindAsItIs(member_.parameters[i], argumentAt(call, places_[i]))) return false;
+        }
+        return true;
+    }
+
+    void bind(const DispatchCall& call) {
+        for (std::size_t i = 0; i < count(); ++i) {
+            VARIANTARG* source = argumentAt(call, places_[i]);
+            withArgument(places_[i], [&] { arguments_[i].bind(member_.parameters[i], source); });
+        }
+    }
+
+    HRESULT make(IDispatch& object, const DispatchCall& call) {
+        NativeCall native;
+        for (std::size_t i = 0; i < count(); ++i) arguments_[i].pass(native);
+        Variant result;
+        if (member_.resultType != VT_EMPTY) native.passAddress(&V_NONE(&result.get()));
+        const HRESULT outcome = native.make(object, member_.slot);
+        if (FAILED(outcome)) return reportFailure(outcome, call.exception);
+        V_VT(&result.get()) = member_.resultType;
+        for (std::size_t i = 0; i < count(); ++i) {
+            withArgument(places_[i], [&] { arguments_[i].writeBack(); });
+        }
+        if (call.result) *call.result = result.release();
+        return S_OK;
+    }
+
+  private:
+    [[nodiscard]] std::size_t count() const { return member_.parameters.size(); }
+
+    const Member& member_;
+    const Places places_;
+    std::array<DispatchArgument, kMostArguments> arguments_;
+};
 
 HRESULT invoke(IDispatch& object, const MemberTable& members, const DispatchCall& call) {
     if (*call.iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
@@ -112,21 +140,13 @@ HRESULT invoke(IDispatch& object, const MemberTable& members, const DispatchCall
     const Member* member = members.find(call.id, call.flags);
     if (!member) return DISP_E_MEMBERNOTFOUND;
 
-    const std::vector<UINT> places = placeArguments(*member, *call.arguments);
+    const Places places = placeArguments(*member, *call.arguments);
     if (tooFew(*member, *call.arguments)) return DISP_E_BADPARAMCOUNT;
-    std::vector<DispatchArgument> arguments(places.size());
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        VARIANTARG* source = places[i] == kNoArgument ? nullptr : &call.arguments->rgvarg[places[i]];
-        withArgument(places[i], [&] { arguments[i].bind(member->parameters[i], source); });
-    }
-    Variant result;
-    const HRESULT outcome = callMember(object, *member, arguments, result);
-    if (FAILED(outcome)) return reportFailure(outcome, call.exception);
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        withArgument(places[i], [&] { arguments[i].writeBack(); });
-    }
-    if (call.result) *call.result = result.release();
-    return S_OK;
+    MemberCall direct(*member, places);
+    if (direct.bindAsTheyAre(call)) return direct.make(object, call);
+    const Held<MemberCall> converted(*member, places);
+    converted->bind(call);
+    return converted->make(object, call);
 }
 
 }  // namespace

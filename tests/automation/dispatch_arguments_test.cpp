@@ -7,13 +7,13 @@
 #include "host.h"
 #include "probes.h"
 
-using host::truth;
 using host::call;
 using host::integer;
 using host::omitted;
 using host::Outcome;
 using host::reference;
 using host::Text;
+using host::truth;
 using host::typedReference;
 using vrx::Variant;
 
@@ -110,6 +110,48 @@ TEST_F(Scalars, AsScriptVariablesComeBackInTheTypeOfTheParameter) {
     EXPECT_EQ(V_VT(&real.get()), VT_I4);
     EXPECT_EQ(V_I4(&real.get()), 640);
     EXPECT_EQ(V_I4(&narrow.get()), 480);
+}
+
+TEST(Arguments, AreWrittenBackOnlyWhereTheMethodChangedThem) {
+    const auto effects = host::create(L"VrxCommon.ImageFX");
+    ASSERT_TRUE(effects);
+    Variant two = vrx::makeInteger(1);
+    Variant threshold = vrx::makeText(u"12");
+    Variant hold;
+    double width = 33.5;
+    Variant height = vrx::makeDouble(8.25);
+    ASSERT_EQ(
+        call(*effects, L"ColorToBN",
+             {Text(L"no such file"), integer(0), integer(0), reference(two.get()), reference(threshold.get()),
+              reference(hold.get()), typedReference(VT_R8, &width), reference(height.get())})
+            .code,
+        S_OK);
+    EXPECT_EQ(V_VT(&two.get()), VT_I2);
+    EXPECT_EQ(V_I2(&two.get()), 1);
+    ASSERT_EQ(V_VT(&threshold.get()), VT_BSTR);
+    EXPECT_STREQ(V_BSTR(&threshold.get()), L"12");
+    EXPECT_EQ(V_VT(&hold.get()), VT_EMPTY);
+    EXPECT_EQ(width, 33.5);
+    ASSERT_EQ(V_VT(&height.get()), VT_R8);
+    EXPECT_EQ(V_R8(&height.get()), 8.25);
+}
+
+TEST(Arguments, OfALoadStayAsTheHostWroteThem) {
+    const auto hdr = host::create(L"VrxCommon.CVrxHDR");
+    ASSERT_TRUE(hdr);
+    Variant invert = vrx::makeInteger(1);
+    call(*hdr, L"Load_HDR", {Text(L""), reference(invert.get())});
+    EXPECT_EQ(V_VT(&invert.get()), VT_I2);
+    EXPECT_EQ(V_I2(&invert.get()), 1);
+}
+
+TEST(Arguments, OfTextKeepTheTypeThatTheyHadWhereTheTextIsTheSame) {
+    const auto image = probe::make<probe::Image>();
+    image->leavesPath = true;
+    Variant file = vrx::makeLong(12);
+    ASSERT_EQ(call(*image, L"Save_BMP", {reference(file.get())}).code, S_OK);
+    EXPECT_TRUE(image->path == u"12");
+    EXPECT_EQ(V_VT(&file.get()), VT_I4);
 }
 
 TEST_F(Scalars, AsVariablesThatReferToOthersComeBackThere) {

@@ -74,6 +74,7 @@ STDMETHODIMP Image::Get_BMP(SAFEARRAY** r_arBMP, BmpInfo* r_BmpInfo) {
 STDMETHODIMP Image::Save_BMP(BSTR* strOutPutFile, BSTR* value) {
     return answer(value, [&] {
         path = vrx::toText(*strOutPutFile);
+        if (leavesPath) return std::u16string_view(u"saved");
         SysFreeString(*strOutPutFile);
         *strOutPutFile = SysAllocString(L"changed");
         return std::u16string_view(u"saved");

@@ -57,8 +57,9 @@ class Image final : public vrx::ObjectBase<_CVrxImage> {
     std::vector<std::uint8_t> bytes;   ///< from Set_BMP
     SAFEARRAY** arrayPlace = nullptr;  ///< address that Set_BMP or Get_BMP was given
     BmpInfo* recordPlace = nullptr;
-    long width = 0;       ///< biWidth that Set_BMP found; Get_BMP leaves 77 and the bytes 5, 6, 7
-    std::u16string path;  ///< from Save_BMP, which leaves "changed" and returns "saved"
+    long width = 0;           ///< biWidth that Set_BMP found; Get_BMP leaves 77 and the bytes 5, 6, 7
+    std::u16string path;      ///< from Save_BMP, which leaves "changed" and returns "saved"
+    bool leavesPath = false;  ///< Save_BMP leaves the path as it is
 
     STDMETHODIMP get_REGKEY(BSTR*) override { return E_NOTIMPL; }
     STDMETHODIMP put_REGKEY(BSTR) override { return E_NOTIMPL; }
