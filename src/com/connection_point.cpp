@@ -5,8 +5,9 @@
 #include <new>
 #include <vector>
 
+#include "com/entry.h"
 #include "com/enumerator.h"
-#include "com/fp_scope.h"
+#include "com/variant_convert.h"
 #include "common/engine/error.h"
 
 namespace vrx {
@@ -33,23 +34,39 @@ struct Point {
     }
 };
 
-class NestingScope {
+using Sinks = std::map<DWORD, ComPtr<IDispatch>>;
+
+/// An event on its way to the sinks of that moment.
+class Firing {
   public:
-    explicit NestingScope(unsigned& depth) : depth_(depth) {
+    Firing(unsigned& depth, const Sinks& sinks, std::span<const VARIANT> arguments) : depth_(depth) {
         if (depth_ == kDeepestNesting) throw platformError(Platform::OutOfStackSpace);
+        for (const auto& [cookie, sink] : sinks) sinks_.push_back({cookie, sink});
+        for (const VARIANT& argument : arguments) arguments_.emplace_back(argument);
         ++depth_;
     }
-    NestingScope(const NestingScope&) = delete;
-    NestingScope& operator=(const NestingScope&) = delete;
-    ~NestingScope() { --depth_; }
+    Firing(const Firing&) = delete;
+    Firing& operator=(const Firing&) = delete;
+    ~Firing() { --depth_; }
+
+    [[nodiscard]] const std::vector<Connection>& sinks() const { return sinks_; }
+    /// For each sink anew: a sink may change what it gets.
+    [[nodiscard]] DISPPARAMS makeArguments() {
+        passed_.clear();
+        for (std::size_t i = arguments_.size(); i > 0; --i) passed_.push_back(arguments_[i - 1].get());
+        return {passed_.data(), nullptr, static_cast<UINT>(passed_.size()), 0};
+    }
 
   private:
     unsigned& depth_;
+    std::vector<Connection> sinks_;
+    std::vector<Variant> arguments_;
+    std::vector<VARIANTARG> passed_;
 };
 
 /// Calls one sink. What it answers is its own affair; the texts of its failure are ours to free.
 void callSink(IDispatch& sink, DISPID event, DISPPARAMS arguments) {
-    const HostFpScope host;
+    const HostCall host;
     EXCEPINFO exception{};
     UINT badArgument = 0;
     sink.Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments, nullptr, &exception,
@@ -62,12 +79,9 @@ void callSink(IDispatch& sink, DISPID event, DISPPARAMS arguments) {
 }  // namespace
 
 void ConnectionPoint::fire(DISPID event, std::span<const VARIANT> arguments) {
-    const NestingScope nesting(depth_);
-    const std::map<DWORD, ComPtr<IDispatch>> sinks = sinks_;
-    for (const auto& [cookie, sink] : sinks) {
-        if (!sinks_.contains(cookie)) continue;
-        std::vector<VARIANTARG> reversed(arguments.rbegin(), arguments.rend());
-        callSink(*sink, event, {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0});
+    const Held<Firing> firing(depth_, sinks_, arguments);
+    for (const Connection& connection : firing->sinks()) {
+        if (sinks_.contains(connection.cookie)) callSink(*connection.sink, event, firing->makeArguments());
     }
 }
 

@@ -115,6 +115,7 @@ class MemberCall {
         for (std::size_t i = 0; i < count(); ++i) arguments_[i].pass(native);
         Variant result;
         if (member_.resultType != VT_EMPTY) native.passAddress(&V_NONE(&result.get()));
+        SetErrorInfo(0, nullptr);
         const HRESULT outcome = native.make(object, member_.slot);
         if (FAILED(outcome)) return reportFailure(outcome, call.exception);
         V_VT(&result.get()) = member_.resultType;

@@ -7,6 +7,7 @@
 
 #include "com/class_factory.h"
 #include "com/class_table.h"
+#include "com/entry.h"
 #include "com/module.h"
 #include "com/registration.h"
 #include "com/thread_library.h"
@@ -16,16 +17,21 @@ using vrx::RegistrationScope;
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds) {
     if (reason == DLL_PROCESS_ATTACH) vrx::storeModuleInstance(instance);
-    if (reason == DLL_THREAD_DETACH) vrx::releaseThreadAtItsEnd();
+    if (reason == DLL_THREAD_DETACH) {
+        vrx::releaseCallsOfThread();
+        vrx::releaseThreadAtItsEnd();
+    }
     if (reason == DLL_PROCESS_DETACH && !processEnds) vrx::releaseThreadLibraryAtUnload();
     return TRUE;
 }
 
 STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** factory) {
+    const vrx::Entry entry;
     return vrx::findClassFactory(classId, iid, factory);
 }
 
 STDAPI DllCanUnloadNow() {
+    const vrx::Entry entry;
     if (!vrx::releaseTypeInformation()) return S_FALSE;
     vrx::releaseHeldObjects();
     return S_OK;

@@ -65,8 +65,6 @@ HRESULT reportFailure(HRESULT failure, EXCEPINFO* exception) {
     if (!exception) return DISP_E_EXCEPTION;
     *exception = {};
     exception->scode = failure;
-    // A failure without information of its own: what the thread has is of an earlier call.
-    if (HRESULT_FACILITY(failure) != FACILITY_CONTROL) return DISP_E_EXCEPTION;
     ComPtr<IErrorInfo> info;
     if (GetErrorInfo(0, info.put()) == S_OK) {
         info->GetSource(&exception->bstrSource);

@@ -5,13 +5,17 @@
 
 #include <oaidl.h>
 
+#include <bit>
+#include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "com/class_identity.h"
 #include "com/com_ptr.h"
+#include "com/entry.h"
 #include "com/error_info.h"
-#include "com/fp_scope.h"
 #include "com/variant_convert.h"
 
 namespace vrx {
@@ -27,14 +31,28 @@ HRESULT guarded(const ClassIdentity& identity, Body&& body) noexcept {
     }
 }
 
+/// The number that stands for an enumeration's value; a host may pass one that the enumeration does not have.
+template <class Enumeration>
+[[nodiscard]] std::int32_t numberOf(const Enumeration& value) {
+    return std::bit_cast<std::int32_t>(value);
+}
+
 /// Stores what a method found in the result that its host gave.
 template <class T, class Value>
 void storeResult(T* result, const Value& value) {
     *result = static_cast<T>(value);
 }
+template <class T, class Value>
+requires std::is_enum_v<T>
+void storeResult(T* result, const Value& value) {
+    const std::int32_t number = numberOf(value);
+    std::memcpy(result, &number, sizeof number);
+}
 inline void storeResult(VARIANT_BOOL* result, bool value) { *result = value ? VARIANT_TRUE : VARIANT_FALSE; }
 inline void storeResult(BSTR* result, std::u16string_view value) { *result = toBstr(value).release(); }
-inline void storeResult(BSTR* result, const std::u16string& value) { storeResult(result, std::u16string_view(value)); }
+inline void storeResult(BSTR* result, const std::u16string& value) {
+    storeResult(result, std::u16string_view(value));
+}
 template <class T>
 void storeResult(T** result, ComPtr<T> value) {
     *result = value.detach();

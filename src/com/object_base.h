@@ -43,6 +43,7 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
     STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(++references_); }
 
     STDMETHODIMP_(ULONG) Release() override {
+        enterAfterLeaving();
         const long left = --references_;
         if (left == 0) destroy();
         return static_cast<ULONG>(left);
@@ -63,18 +64,21 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
     STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
         if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
         if (!names || !ids || count == 0) return E_INVALIDARG;
-        ComPtr<ITypeInfo> info;
-        const HRESULT result = typeInfo(identity_.interfaceId, info.put());
-        return FAILED(result) ? result : info->GetIDsOfNames(names, count, ids);
+        try {
+            return members().findIds({names, count}, ids);
+        } catch (const HresultFailure& failure) {
+            return failure.code;
+        } catch (...) {
+            return E_OUTOFMEMORY;
+        }
     }
 
     STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                         EXCEPINFO* exception, UINT* badArgument) override {
-        const FpScope floatingPoint;
-        const ActiveCall call(*this);
+        const Entry entry;
         try {
-            const MemberTable& members = memberTableOf(identity_.interfaceId);
-            return invokeMember(*this, identity_.name, members,
+            const ActiveCall call(*this);
+            return invokeMember(*this, identity_.name, members(),
                                 {id, &iid, flags, arguments, result, exception, badArgument});
         } catch (const HresultFailure& failure) {
             return failure.code;
@@ -107,18 +111,21 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
 
     /// Body of a method without a result.
     template <class Body>
-    HRESULT run(Body&& body) noexcept {
-        const FpScope floatingPoint;
-        const ActiveCall call(*this);
-        return guarded(identity_, body);
+    [[gnu::always_inline]] HRESULT run(Body&& body) noexcept {
+        const Entry entry;
+        return guarded(identity_, [&] {
+            const ActiveCall call(*this);
+            body();
+        });
     }
 
-    /// Whether only calls that run now hold the object: the host has given back its last reference in an event.
+    /// Whether only calls that run now hold the object: the host has given back its last reference in an
+    /// event.
     [[nodiscard]] bool isAbandoned() const { return references_ == activeCalls_; }
 
     /// Body of a method that returns what `body` does; the result is cleared first.
     template <class T, class Body>
-    HRESULT answer(T* result, Body&& body) noexcept {
+    [[gnu::always_inline]] HRESULT answer(T* result, Body&& body) noexcept {
         if (!result) return E_POINTER;
         *result = T{};
         return run([&] { storeResult(result, body()); });
@@ -128,19 +135,19 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
     /// Keeps the object alive while a call runs, whatever the host does in events.
     class ActiveCall {
       public:
-        explicit ActiveCall(ObjectBase& object) : object_(object) {
-            object_.AddRef();
-            ++object_.activeCalls_;
-        }
-        ActiveCall(const ActiveCall&) = delete;
-        ActiveCall& operator=(const ActiveCall&) = delete;
-        ~ActiveCall() {
-            --object_.activeCalls_;
-            object_.Release();
+        explicit ActiveCall(ObjectBase& object) : end_(end, &object) {
+            object.AddRef();
+            ++object.activeCalls_;
         }
 
       private:
-        ObjectBase& object_;
+        static void end(void* target) noexcept {
+            auto& object = *static_cast<ObjectBase*>(target);
+            --object.activeCalls_;
+            object.Release();
+        }
+
+        FrameEnd end_;
     };
 
     template <class Offered, class Self>
@@ -161,8 +168,18 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
         }
     }
 
+    /// The table is shared by all objects of the class, and stays as long as there is one.
+    const MemberTable& members() {
+        const MemberTable* known = members_.load(std::memory_order_acquire);
+        if (!known) {
+            known = &memberTableOf(identity_.interfaceId);
+            members_.store(known, std::memory_order_release);
+        }
+        return *known;
+    }
+
     void destroy() {
-        const FpScope floatingPoint;
+        const Entry entry;
         // The destructor may call into code that takes and gives back references to the object.
         references_ = kDestroying;
         delete this;
@@ -173,13 +190,14 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
     const ClassIdentity& identity_;
     std::atomic<long> references_ = 0;
     std::atomic<long> activeCalls_ = 0;
+    std::atomic<const MemberTable*> members_ = nullptr;
     ModuleLock lock_;
 };
 
 /// Creates an object and hands out one of its interfaces.
 template <class Object>
 HRESULT createObject(REFIID iid, void** object) noexcept {
-    const FpScope floatingPoint;
+    const Entry entry;
     try {
         const ComPtr<Object> created(new Object);
         return created->QueryInterface(iid, object);

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <utility>
 #include <vector>
 
-#include "com/fp_scope.h"
+#include "com/entry.h"
 #include "common/engine/bytes.h"
 #include "common/engine/error.h"
 
@@ -27,6 +28,24 @@ void check(HRESULT result) {
         default:
             throwTypeMismatch();
     }
+}
+
+/// The value of an object is its default property, which is the host's code. Asked for here, for the system
+/// would keep the object when that code does not return.
+Variant defaultValue(Variant object) {
+    const Held<Variant> source(std::move(object));
+    const Held<Variant> value;
+    IDispatch* asked = V_DISPATCH(&source->get());
+    if (!asked) throwTypeMismatch();
+    HRESULT result = S_OK;
+    {
+        const HostCall host;
+        DISPPARAMS none{};
+        result = asked->Invoke(DISPID_VALUE, IID_NULL, kConversionLocale, DISPATCH_PROPERTYGET, &none,
+                               &value->get(), nullptr, nullptr);
+    }
+    if (FAILED(result)) throwTypeMismatch();
+    return std::move(*value);
 }
 
 /// Some hosts' arrays carry no element type; the size of an element must do for them.
@@ -131,10 +150,7 @@ class BorrowedArray {
 
 }  // namespace
 
-Variant::Variant(const VARIANT& source) {
-    VariantInit(&value_);
-    check(VariantCopy(&value_, const_cast<VARIANT*>(&source)));
-}
+Variant::Variant(const VARIANT& source) { check(VariantCopy(&value_, const_cast<VARIANT*>(&source))); }
 
 Variant& Variant::operator=(Variant&& other) noexcept {
     if (this != &other) {
@@ -144,11 +160,7 @@ Variant& Variant::operator=(Variant&& other) noexcept {
     return *this;
 }
 
-VARIANT Variant::release() {
-    const VARIANT content = value_;
-    VariantInit(&value_);
-    return content;
-}
+VARIANT Variant::release() { return std::exchange(value_, VARIANT{}); }
 
 std::wstring toWide(std::u16string_view text) { return {text.begin(), text.end()}; }
 
@@ -180,14 +192,12 @@ Variant convert(const VARIANT& value, VARTYPE type) {
     if (V_ISBYREF(&source) && !V_BYREF(&source)) throwTypeMismatch();
     Variant direct;
     check(VariantCopyInd(&direct.get(), &source));
-    Variant converted;
-    if (V_VT(&direct.get()) == VT_DISPATCH && type != VT_DISPATCH) {
-        // The value of an object is its default property, which is the host's code.
-        const HostFpScope host;
-        check(VariantChangeTypeEx(&converted.get(), &direct.get(), kConversionLocale, VARIANT_NOUSEROVERRIDE,
-                                  type));
-        return converted;
+    const bool isObject = type == VT_DISPATCH || type == VT_UNKNOWN;
+    for (int depth = 0; V_VT(&direct.get()) == VT_DISPATCH && !isObject; ++depth) {
+        if (depth == kDeepestReference) throwTypeMismatch();
+        direct = defaultValue(std::move(direct));
     }
+    Variant converted;
     check(VariantChangeTypeEx(&converted.get(), &direct.get(), kConversionLocale, VARIANT_NOUSEROVERRIDE,
                               type));
     return converted;
@@ -197,8 +207,9 @@ void putVariant(VARIANT& target, Variant value) {
     VARIANT& place = followReferences(target);
     if (!V_ISBYREF(&place)) {
         if (V_ISARRAY(&place)) checkReplaceable(V_ARRAY(&place));
-        VariantClear(&place);
-        place = value.release();
+        // What was there may be an object, whose end is the host's code.
+        VARIANT before = std::exchange(place, value.release());
+        VariantClear(&before);
         return;
     }
     if (!V_BYREF(&place)) throwTypeMismatch();

@@ -20,11 +20,14 @@ constexpr LCID kConversionLocale = 0x0409;
 /// A variant that clears itself.
 class Variant {
   public:
-    Variant() { VariantInit(&value_); }
+    Variant() = default;
     explicit Variant(const VARIANT& source);
     Variant(Variant&& other) noexcept : value_(other.release()) {}
     Variant& operator=(Variant&& other) noexcept;
-    ~Variant() { VariantClear(&value_); }
+    ~Variant() {
+        // Most are numbers or nothing by then.
+        if (V_VT(&value_) > VT_DATE) VariantClear(&value_);
+    }
 
     [[nodiscard]] VARIANT& get() { return value_; }
     [[nodiscard]] const VARIANT& get() const { return value_; }
@@ -33,7 +36,7 @@ class Variant {
     [[nodiscard]] VARIANT release();
 
   private:
-    VARIANT value_;
+    VARIANT value_{};
 };
 
 /// The same characters under the other name that the platform has for UTF-16.

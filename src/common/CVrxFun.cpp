@@ -86,12 +86,17 @@ STDMETHODIMP CVrxFun::Get_Path(BSTR strFile, BSTR* value) {
 
 STDMETHODIMP CVrxFun::VrxMsgBox(BSTR v_strMessage, long v_mbsMode, BSTR v_strTitle, long* value) {
     return answer(value, [&] {
-        return showMessage(toText(v_strMessage), static_cast<unsigned>(v_mbsMode), toText(v_strTitle));
+        const Held<std::u16string> message(toText(v_strMessage));
+        const Held<std::u16string> title(toText(v_strTitle));
+        return showMessage(*message, static_cast<unsigned>(v_mbsMode), *title);
     });
 }
 
 STDMETHODIMP CVrxFun::Show_ShortMessage(BSTR strMessage) {
-    return run([&] { frmMessage::show(toText(strMessage)); });
+    return run([&] {
+        const Held<std::u16string> message(toText(strMessage));
+        frmMessage::show(*message);
+    });
 }
 
 STDMETHODIMP CVrxFun::Hide_ShortMessage(VARIANT_BOOL* value) {

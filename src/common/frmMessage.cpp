@@ -21,8 +21,7 @@ namespace {
 constexpr wchar_t kClassName[] = L"VrxCommon.frmMessage";
 constexpr int kMargin = 12;
 
-// Posted to the window by other threads: that the messages have changed, and a lock of the module to give
-// back.
+// Posted to the window by other threads: that the messages have changed, and a lock of the module to give back.
 constexpr UINT kMessagesChanged = WM_APP;
 constexpr UINT kUnlockModule = WM_APP + 1;
 
@@ -168,8 +167,8 @@ void refreshQuietly() noexcept {
     }
 }
 
-/// The window that nobody needs any more, for its end on this thread. One of another thread gets a lock of
-/// the module to give back there, with which it comes here again.
+/// The window that nobody needs any more, for its end on this thread. One of another thread gets a lock of the
+/// module to give back there, with which it comes here again.
 std::unique_ptr<MessageWindow> takeUnused() {
     const std::lock_guard lock(shared.guard);
     if (!shared.window || !shared.messages.empty() || moduleInUse()) return nullptr;

@@ -7,7 +7,7 @@
 #include <cwchar>
 #include <vector>
 
-#include "com/fp_scope.h"
+#include "com/entry.h"
 #include "com/variant_convert.h"
 #include "common/host_program.h"
 #include "common/interactive.h"
@@ -92,12 +92,12 @@ std::u16string hostTitle() {
 
 int showMessage(const std::u16string& message, unsigned style, const std::u16string& title) {
     if (!isInteractive()) return defaultAnswer(style);
-    const std::wstring text = toWide(message);
-    const std::wstring caption = toWide(title.empty() ? hostTitle() : title);
+    const Held<std::wstring> text(toWide(message));
+    const Held<std::wstring> caption(toWide(title.empty() ? hostTitle() : title));
     const HWND owner = ownerWindow();
-    const ModalScope modality(owner);
-    const HostFpScope host;
-    return MessageBoxW(owner, text.c_str(), caption.c_str(), style);
+    const Held<ModalScope> modality(owner);
+    const HostCall host;
+    return MessageBoxW(owner, text->c_str(), caption->c_str(), style);
 }
 
 }  // namespace vrx

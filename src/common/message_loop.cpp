@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "com/fp_scope.h"
+#include "com/entry.h"
 #include "com/module.h"
 
 namespace vrx {
@@ -34,7 +34,7 @@ bool isForDialog(MSG& message) {
 }
 
 void dispatch(MSG& message) {
-    const HostFpScope host;
+    const HostCall host;
     if (isForDialog(message)) return;
     TranslateMessage(&message);
     DispatchMessageW(&message);
@@ -98,9 +98,9 @@ class PendingMessages {
     /// The request to quit has its turn when nothing else is posted.
     void dispatchPosted() {
         constexpr UINT kEveryKind = 0;
-        Mark mark;
+        const Held<Mark> mark;
         bool goesOn = true;
-        while (goesOn && mark.isAhead()) goesOn = dispatchNext(kEveryKind);
+        while (goesOn && mark->isAhead()) goesOn = dispatchNext(kEveryKind);
         take(WM_QUIT, kEveryKind);
     }
 
@@ -115,12 +115,12 @@ class PendingMessages {
 
     /// Until one comes again; whether it has.
     bool dispatchOnceEach(UINT kind) {
-        std::vector<std::pair<HWND, WPARAM>> seen;
+        const Held<std::vector<std::pair<HWND, WPARAM>>> seen;
         while (take(0, kind)) {
             const std::pair sender(message_.hwnd, message_.wParam);
             dispatch(message_);
-            if (std::ranges::find(seen, sender) != seen.end()) return true;
-            seen.push_back(sender);
+            if (std::ranges::find(*seen, sender) != seen->end()) return true;
+            seen->push_back(sender);
         }
         return false;
     }
@@ -128,7 +128,7 @@ class PendingMessages {
     /// For windows that others keep from their turn.
     static BOOL CALLBACK paintWindow(HWND window, LPARAM) {
         const bool own = GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
-        const HostFpScope host;
+        const HostCall host;
         if (own && GetUpdateRect(window, nullptr, FALSE)) UpdateWindow(window);
         return TRUE;
     }
@@ -153,10 +153,9 @@ bool stackIsHalfUsed() {
 }  // namespace
 
 bool doEvents() noexcept {
-    MSG first;
-    if (!PeekMessageW(&first, nullptr, 0, 0, PM_NOREMOVE)) return true;
+    const bool nothingWaits = HIWORD(GetQueueStatus(QS_ALLINPUT)) == 0;
     // The messages are then left to the calls further out.
-    if (stackIsHalfUsed()) return true;
+    if (nothingWaits || stackIsHalfUsed()) return true;
     PendingMessages messages;
     try {
         messages.dispatchAll();

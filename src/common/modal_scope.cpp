@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "com/fp_scope.h"
+#include "com/entry.h"
 #include "com/module.h"
 
 namespace vrx {
@@ -79,7 +79,7 @@ std::vector<HWND> visibleWindows() {
 ModalScope::ModalScope(HWND spared) {
     const std::vector<HWND> windows = visibleWindows();
     // The windows' own code runs when they are disabled and enabled.
-    const HostFpScope host;
+    const HostCall host;
     holds_.reserve(windows.size());
     try {
         for (const HWND window : windows) {
@@ -109,7 +109,7 @@ void ModalScope::hold(HWND window) {
 }
 
 void ModalScope::end() {
-    const HostFpScope host;
+    const HostCall host;
     // What a window does when it is enabled may come back here.
     const std::vector<Hold> holds = std::exchange(holds_, {});
     const std::wstring property = propertyName();

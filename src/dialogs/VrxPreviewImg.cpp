@@ -80,7 +80,7 @@ STDMETHODIMP VrxPreviewImg::get_HDRFile(VARIANT_BOOL* value) {
 }
 
 STDMETHODIMP VrxPreviewImg::put_File(BSTR value) {
-    return run([&] { showFile(toText(value)); });
+    return run([&] { showFile(value); });
 }
 
 STDMETHODIMP VrxPreviewImg::get_File(BSTR* value) {
@@ -184,15 +184,15 @@ void VrxPreviewImg::headerLoaded(std::int32_t dimX, std::int32_t dimY) {
 
 void VrxPreviewImg::pictureRefreshed(ComPtr<IPicture> picture) { view_.setPicture(std::move(picture)); }
 
-void VrxPreviewImg::showFile(const std::u16string& name) {
-    file_ = name;
-    if (name.empty()) return;
+void VrxPreviewImg::showFile(BSTR name) {
+    file_ = toText(name);
+    if (file_.empty()) return;
     try {
         if (hdrFile_) {
-            hdr_.preview(name);
+            hdr_.preview(file_);
             return;
         }
-        view_.setPicture(loadPicture(name));
+        view_.setPicture(loadPicture(file_));
         fitPicture();
     } catch (...) {
         file_ = kErrorName;

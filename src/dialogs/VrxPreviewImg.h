@@ -103,7 +103,7 @@ class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, EventSource, BagPe
     void headerLoaded(std::int32_t dimX, std::int32_t dimY) override;
     void pictureRefreshed(ComPtr<IPicture> picture) override;
 
-    void showFile(const std::u16string& name);
+    void showFile(BSTR name);
     void fitPicture();
     void frameFor(std::int32_t width, std::int32_t height);
     void place(std::int32_t boxWidth, std::int32_t boxHeight, std::int32_t width, std::int32_t height);

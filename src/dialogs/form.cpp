@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "com/fp_scope.h"
+#include "com/entry.h"
 #include "com/variant_convert.h"
 #include "common/engine/error.h"
 #include "common/interactive.h"
@@ -62,7 +62,7 @@ class Form::ModalLoop {
                 return;
             }
             if (form_.takesEnter(message)) continue;
-            const HostFpScope host;
+            const HostCall host;
             if (IsDialogMessageW(form_.window_, &message)) continue;
             TranslateMessage(&message);
             DispatchMessageW(&message);
@@ -103,10 +103,10 @@ void Form::showModal() {
     if (!isInteractive()) throw platformError(Platform::InvalidCall);
     load(ownerWindow());
     {
-        ModalLoop loop(*this);
+        const Held<ModalLoop> loop(*this);
         shown_ = true;
         makeVisible();
-        loop.run();
+        loop->run();
         shown_ = false;
     }
     rethrowFailure();
@@ -159,7 +159,7 @@ void Form::rethrowFailure() {
 }
 
 INT_PTR CALLBACK Form::procedure(HWND window, UINT message, WPARAM wide, LPARAM longer) {
-    const FpScope floatingPoint;
+    const Entry entry;
     if (message == WM_INITDIALOG) {
         SetWindowLongPtrW(window, DWLP_USER, longer);
         reinterpret_cast<Form*>(longer)->window_ = window;

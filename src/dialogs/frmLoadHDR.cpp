@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "com/entry.h"
 #include "common/message_loop.h"
 #include "dialogs/resource.h"
 
@@ -56,12 +57,12 @@ void frmLoadHDR::showChosenFile() {
 }
 
 void frmLoadHDR::loadPreview() {
-    const std::u16string name = chosen();
-    setPreviewFile(name);
+    const Held<std::u16string> name(chosen());
+    setPreviewFile(*name);
     // An empty file comes as a picture of one pixel.
     if (hdr_ && isEmpty(*objHDR())) preview().put_Picture(nullptr);
     // Another file may have been chosen meanwhile.
-    if (!closing() && chosen() == name) setChosen(previewFile());
+    if (!closing() && chosen() == *name) setChosen(previewFile());
 }
 
 /// A move ends with notifications that tell nothing new.

@@ -71,7 +71,7 @@ void frmSaveHDR::showExposition() {
     object_->get_AutoExposition(&on);
     object_->get_AutoExpositionType(&type);
     setChecked(IDC_CHKAUTOEXPOSURE, on != VARIANT_FALSE);
-    SendDlgItemMessageW(window(), IDC_CMBAUTOEXPTYPE, CB_SETCURSEL, static_cast<WPARAM>(type), 0);
+    SendDlgItemMessageW(window(), IDC_CMBAUTOEXPTYPE, CB_SETCURSEL, static_cast<WPARAM>(numberOf(type)), 0);
 }
 
 void frmSaveHDR::onCommand(int id, int notification, HWND control) {

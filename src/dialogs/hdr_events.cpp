@@ -3,8 +3,8 @@
 #include <atomic>
 #include <utility>
 
+#include "com/entry.h"
 #include "com/error_info.h"
-#include "com/fp_scope.h"
 #include "com/variant_convert.h"
 #include "common/engine/error.h"
 #include "hdr/hdr_friend.h"
@@ -16,6 +16,18 @@ ComPtr<IPicture> pictureIn(const VARIANT& value) {
     const Variant object = convert(value, VT_DISPATCH);
     return ComPtr<IDispatch>(V_DISPATCH(&object.get())).as<IPicture>();
 }
+
+/// Counts a preview while it runs.
+class PreviewCount {
+  public:
+    explicit PreviewCount(int& count) : count_(count) { ++count_; }
+    PreviewCount(const PreviewCount&) = delete;
+    PreviewCount& operator=(const PreviewCount&) = delete;
+    ~PreviewCount() { --count_; }
+
+  private:
+    int& count_;
+};
 
 }  // namespace
 
@@ -48,7 +60,7 @@ class HdrSink final : public IDispatch {
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
                         UINT*) override {
-        const FpScope floatingPoint;
+        const Entry entry;
         const ComPtr<HdrSink> self(this);
         try {
             if (listener_ && arguments) receive(event, *arguments);
@@ -101,14 +113,14 @@ void HdrConnection::connect(ComPtr<_CVrxHDR> object) {
 void HdrConnection::preview(const std::u16string& file) {
     if (!object_) throw platformError(Platform::ObjectNotSet);
     // What happens meanwhile may connect another one.
-    const ComPtr<_CVrxHDR> object = object_;
-    const Bstr name = toBstr(file);
-    const auto running = isLoading() ? object.as<IHdrFriend>() : ComPtr<IHdrFriend>();
-    if (running) return checkCall(running->setFileName(name.get()));
-    ++previews_;
-    const HRESULT result = object->Get_Preview(name.get());
-    --previews_;
-    checkCall(result);
+    const Held<ComPtr<_CVrxHDR>> object(object_);
+    const Held<Bstr> name(toBstr(file));
+    if (isLoading()) {
+        if (const auto running = object->as<IHdrFriend>())
+            return checkCall(running->setFileName(name->get()));
+    }
+    const Held<PreviewCount> count(previews_);
+    checkCall((*object)->Get_Preview(name->get()));
 }
 
 bool HdrConnection::isLoading() const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "com/entry.h"
 #include "common/engine/decimal_text.h"
 #include "dialogs/engine/file_names.h"
 #include "dialogs/frmZoom.h"
@@ -114,14 +115,13 @@ void LoadDialog::fileChosen() {
 }
 
 void LoadDialog::previewClicked() {
-    const ComPtr<IPicture> picture = preview_->picture();
-    if (closing_ || !picture || picture_.cx <= 0 || picture_.cy <= 0) return;
-    frmZoom zoom;
-    zoom.load(window());
-    zoom.setObjHDR(pictureSource());
-    zoom.Set_BMP(picture, picture_.cx, picture_.cy);
-    zoom.showModal();
-    zoom.unload();
+    if (closing_ || !preview_->picture() || picture_.cx <= 0 || picture_.cy <= 0) return;
+    const Held<frmZoom> zoom;
+    zoom->load(window());
+    zoom->setObjHDR(pictureSource());
+    zoom->Set_BMP(preview_->picture(), picture_.cx, picture_.cy);
+    zoom->showModal();
+    zoom->unload();
 }
 
 void LoadDialog::accept() {
@@ -151,6 +151,9 @@ std::u16string LoadDialog::previewFile() {
     return toText(name.get());
 }
 
-void LoadDialog::setPreviewFile(const std::u16string& name) { preview_->put_File(toBstr(name).get()); }
+void LoadDialog::setPreviewFile(const std::u16string& name) {
+    const Held<Bstr> file(toBstr(name));
+    preview_->put_File(file->get());
+}
 
 }  // namespace vrx

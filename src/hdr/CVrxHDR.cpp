@@ -95,7 +95,7 @@ STDMETHODIMP CVrxHDR::get_AutoExpositionType(Enum_AutoExpositionType* value) {
 
 STDMETHODIMP CVrxHDR::put_AutoExpositionType(Enum_AutoExpositionType value) {
     return run([&] {
-        picture_.setExpositionType(static_cast<ExpositionType>(value));
+        picture_.setExpositionType(static_cast<ExpositionType>(numberOf(value)));
         loader_.parameterChanged();
     });
 }
@@ -131,7 +131,7 @@ STDMETHODIMP CVrxHDR::Get_HDR(VARIANT* r_arHDR) {
 }
 
 STDMETHODIMP CVrxHDR::Load(BSTR strPath, BSTR* value) {
-    return answer(value, [&] { return chooseFile(toText(strPath)); });
+    return answer(value, [&] { return chooseFile(strPath); });
 }
 
 STDMETHODIMP CVrxHDR::See(BSTR v_strFileName, float v_Exposure, float v_Gamma) {
@@ -139,7 +139,7 @@ STDMETHODIMP CVrxHDR::See(BSTR v_strFileName, float v_Exposure, float v_Gamma) {
         recordErrors(kClassName, [&] {
             setExposure(v_Exposure);
             picture_.setGamma(v_Gamma);
-            see(toText(v_strFileName));
+            see(v_strFileName);
         });
     });
 }
@@ -154,7 +154,12 @@ STDMETHODIMP CVrxHDR::Convert_HDR_to_BMP(BSTR strOutPutFile, float Exposure, flo
 
 STDMETHODIMP CVrxHDR::Load_HDR(BSTR strFileName, VARIANT_BOOL* bInvert) {
     const bool invert = !bInvert || *bInvert != VARIANT_FALSE;
-    return run([&] { recordErrors(kClassName, [&] { loader_.load(toText(strFileName), invert); }); });
+    return run([&] {
+        recordErrors(kClassName, [&] {
+            const Held<HdrLoad> load(loader_, toText(strFileName));
+            load->load(invert);
+        });
+    });
 }
 
 STDMETHODIMP CVrxHDR::Save_HDR(BSTR strOutFileName, BSTR* value) {
@@ -169,7 +174,12 @@ STDMETHODIMP CVrxHDR::Save_HDR(BSTR strOutFileName, BSTR* value) {
 }
 
 STDMETHODIMP CVrxHDR::Get_Preview(BSTR strFileName) {
-    return run([&] { recordErrors(kClassName, [&] { loader_.preview(toText(strFileName)); }); });
+    return run([&] {
+        recordErrors(kClassName, [&] {
+            const Held<HdrLoad> load(loader_, toText(strFileName));
+            load->preview();
+        });
+    });
 }
 
 STDMETHODIMP CVrxHDR::Get_BMP() {
@@ -214,10 +224,10 @@ void CVrxHDR::headerLoaded(std::int32_t dimX, std::int32_t dimY) {
 /// The preview bitmap onto the surface, and the surface's picture to the host.
 void CVrxHDR::refresh() {
     surface_.paint(picture_.preview());
-    const ComPtr<IPictureDisp> picture = surface_.picture();
+    const Held<ComPtr<IPictureDisp>> picture(surface_.picture());
     VARIANT argument{};
     V_VT(&argument) = VT_DISPATCH;
-    V_DISPATCH(&argument) = picture.get();
+    V_DISPATCH(&argument) = picture->get();
     fire(kOnRefresh, std::array{argument});
     endIfAbandoned();
 }
@@ -242,35 +252,35 @@ void CVrxHDR::setExposure(float exposure) {
     loader_.parameterChanged();
 }
 
-void CVrxHDR::see(const std::u16string& fileName) {
-    frmZoom window;
-    window.setObjHDR(ComPtr<_CVrxHDR>(this));
-    window.See_HDR(fileName);
-    window.showModal();
-    window.unload();
+void CVrxHDR::see(BSTR fileName) {
+    const Held<frmZoom> window;
+    window->setObjHDR(ComPtr<_CVrxHDR>(this));
+    window->See_HDR(toText(fileName));
+    window->showModal();
+    window->unload();
 }
 
 /// The dialog's result; empty when the user has cancelled.
-std::u16string CVrxHDR::chooseFile(const std::u16string& suggestion) {
-    const ReentryGuard open(loadDialogOpen_);
-    frmLoadHDR dialog;
-    dialog.setREGKEY(regKey_);
-    dialog.setObjHDR(ComPtr<_CVrxHDR>(this));
-    dialog.setInputFileName(suggestion);
-    dialog.showModal();
-    const std::u16string chosen = dialog.GetDirAppo();
-    dialog.unload();
-    return chosen;
+std::u16string CVrxHDR::chooseFile(BSTR suggestion) {
+    const Held<ReentryGuard> open(loadDialogOpen_);
+    const Held<frmLoadHDR> dialog;
+    dialog->setREGKEY(regKey_);
+    dialog->setObjHDR(ComPtr<_CVrxHDR>(this));
+    dialog->setInputFileName(toText(suggestion));
+    dialog->showModal();
+    const Held<std::u16string> chosen(dialog->GetDirAppo());
+    dialog->unload();
+    return std::move(*chosen);
 }
 
 void CVrxHDR::save() {
-    const ReentryGuard open(saveDialogOpen_);
-    frmSaveHDR dialog;
-    dialog.setREGKEY(regKey_);
+    const Held<ReentryGuard> open(saveDialogOpen_);
+    const Held<frmSaveHDR> dialog;
+    dialog->setREGKEY(regKey_);
     clearClipboard();
-    dialog.setObjHDR(ComPtr<_CVrxHDR>(this));
-    dialog.showModal();
-    dialog.unload();
+    dialog->setObjHDR(ComPtr<_CVrxHDR>(this));
+    dialog->showModal();
+    dialog->unload();
 }
 
 void CVrxHDR::takePixels(const VARIANT& pixels) {

@@ -62,8 +62,8 @@ class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource, HdrFriend>, priva
     void endIfAbandoned();
 
     void setExposure(float exposure);
-    [[nodiscard]] std::u16string chooseFile(const std::u16string& suggestion);
-    void see(const std::u16string& fileName);
+    [[nodiscard]] std::u16string chooseFile(BSTR suggestion);
+    void see(BSTR fileName);
     void save();
     void takePixels(const VARIANT& pixels);
     [[nodiscard]] Variant copyOfPixels() const;

@@ -40,23 +40,23 @@ STDMETHODIMP CVrxPattern::put_REGKEY(BSTR value) {
 STDMETHODIMP CVrxPattern::Load(BSTR* Default) {
     if (!Default) return E_POINTER;
     return run([&] {
-        Bstr edited = toBstr(edit(toText(*Default)));
+        Bstr edited = toBstr(edit(*Default));
         const Bstr previous(std::exchange(*Default, edited.release()));
     });
 }
 
 /// The edited pattern string; empty when the user cancels.
-std::u16string CVrxPattern::edit(const std::u16string& pattern) {
-    const EditorUse use;
-    frmPattern editor;
-    editor.setREGKEY(regKey_);
-    editor.setObjPattern(ComPtr<_CVrxPattern>(this));
-    editor.prepare(pattern);
-    editor.showModal();
-    editor.setObjPattern({});
-    std::u16string edited = editor.cancelled() ? std::u16string() : editor.pattern();
-    editor.unload();
-    return edited;
+std::u16string CVrxPattern::edit(BSTR pattern) {
+    const Held<EditorUse> use;
+    const Held<frmPattern> editor;
+    editor->setREGKEY(regKey_);
+    editor->setObjPattern(ComPtr<_CVrxPattern>(this));
+    editor->prepare(toText(pattern));
+    editor->showModal();
+    editor->setObjPattern({});
+    const Held<std::u16string> edited(editor->cancelled() ? std::u16string() : editor->pattern());
+    editor->unload();
+    return std::move(*edited);
 }
 
 STDMETHODIMP CVrxPattern::Get_PatternFromString(BSTR strPattern, long NumItem, VARIANT* arPattern) {

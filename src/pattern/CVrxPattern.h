@@ -20,7 +20,7 @@ class CVrxPattern final : public ObjectBase<_CVrxPattern> {
   private:
     ~CVrxPattern() override = default;
 
-    [[nodiscard]] std::u16string edit(const std::u16string& pattern);
+    [[nodiscard]] std::u16string edit(BSTR pattern);
 
     std::u16string regKey_;
 };

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "com/fp_scope.h"
+#include "com/entry.h"
 #include "com/variant_convert.h"
 #include "common/modal_scope.h"
 
@@ -48,36 +48,35 @@ std::optional<std::int32_t> chooseColor(HWND owner, std::int32_t color, CustomCo
     choice.rgbResult = static_cast<COLORREF>(color) & kColorBits;
     choice.lpCustColors = custom.data();
     choice.Flags = CC_RGBINIT;
-    const ModalScope modality(owner);
-    const HostFpScope host;
+    const Held<ModalScope> modality(owner);
+    const HostCall host;
     if (!ChooseColorW(&choice)) return std::nullopt;
     return static_cast<std::int32_t>(choice.rgbResult);
 }
 
 std::optional<std::u16string> choosePatternFile(HWND owner, PatternFileUse use, const std::u16string& folder,
                                                 const std::u16string& fileName) {
-    std::vector<wchar_t> path(kLongestPath);
-    const std::wstring name = toWide(fileName);
-    if (name.size() < path.size()) name.copy(path.data(), name.size());
-    const std::wstring initialFolder = toWide(folder);
+    const Held<std::vector<wchar_t>> path(kLongestPath);
+    const Held<std::wstring> initialFolder(toWide(folder));
+    if (fileName.size() < path->size()) toWide(fileName).copy(path->data(), fileName.size());
 
     OPENFILENAMEW choice{};
     choice.lStructSize = sizeof choice;
     choice.hwndOwner = owner;
     choice.lpstrFilter = L"Pattern (VGR)\0*.VGR\0";
-    choice.lpstrFile = path.data();
-    choice.nMaxFile = static_cast<DWORD>(path.size());
-    choice.lpstrInitialDir = initialFolder.c_str();
+    choice.lpstrFile = path->data();
+    choice.nMaxFile = static_cast<DWORD>(path->size());
+    choice.lpstrInitialDir = initialFolder->c_str();
     choice.lpstrTitle = use == PatternFileUse::Load ? L"Load Pattern" : L"Save Pattern";
     choice.lpstrDefExt = L"VGR";
     choice.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
 
-    const KeptFolder kept;
-    const ModalScope modality(owner);
-    const HostFpScope host;
+    const Held<KeptFolder> kept;
+    const Held<ModalScope> modality(owner);
+    const HostCall host;
     const BOOL chosen = use == PatternFileUse::Load ? GetOpenFileNameW(&choice) : GetSaveFileNameW(&choice);
     if (!chosen) return std::nullopt;
-    return fromWide(path.data());
+    return fromWide(path->data());
 }
 
 }  // namespace vrx

@@ -37,7 +37,7 @@ STDMETHODIMP CVrxImage::get_DimY(long* value) {
 }
 
 STDMETHODIMP CVrxImage::Load(BSTR strPath, BSTR* value) {
-    return answer(value, [&] { return chooseFile(toText(strPath)); });
+    return answer(value, [&] { return chooseFile(strPath); });
 }
 
 STDMETHODIMP CVrxImage::Get_Picture(float srcPX, long srcPY, float srcDX, long srcDY, float destPX,
@@ -56,10 +56,10 @@ STDMETHODIMP CVrxImage::Get_Picture(float srcPX, long srcPY, float srcDX, long s
 STDMETHODIMP CVrxImage::See(BSTR strFileName) {
     return run([&] {
         recordErrors(RasterImage::kClassName, [&] {
-            frmZoom window;
-            window.See_Image(toText(strFileName));
-            window.showModal();
-            window.unload();
+            const Held<frmZoom> window;
+            window->See_Image(toText(strFileName));
+            window->showModal();
+            window->unload();
         });
     });
 }
@@ -86,7 +86,7 @@ STDMETHODIMP CVrxImage::Cls() {
 }
 
 STDMETHODIMP CVrxImage::Save(BSTR strInputFile) {
-    return run([&] { recordErrors(RasterImage::kClassName, [&] { save(toText(strInputFile)); }); });
+    return run([&] { recordErrors(RasterImage::kClassName, [&] { save(strInputFile); }); });
 }
 
 STDMETHODIMP CVrxImage::Convert_BMP_to_JPG(BSTR strOutPutFile, long lQuality, BSTR strInputFile) {
@@ -111,26 +111,26 @@ STDMETHODIMP CVrxImage::Load_BMP(BSTR strFileName) {
 }
 
 /// The dialog's result; empty when the user has cancelled.
-std::u16string CVrxImage::chooseFile(const std::u16string& suggestion) {
-    const ReentryGuard open(loadDialogOpen_);
-    frmLoadImage dialog;
-    dialog.setREGKEY(regKey_);
-    dialog.setInputFileName(suggestion);
-    dialog.showModal();
-    const std::u16string chosen = dialog.GetDirAppo();
-    dialog.unload();
-    return chosen;
+std::u16string CVrxImage::chooseFile(BSTR suggestion) {
+    const Held<ReentryGuard> open(loadDialogOpen_);
+    const Held<frmLoadImage> dialog;
+    dialog->setREGKEY(regKey_);
+    dialog->setInputFileName(toText(suggestion));
+    dialog->showModal();
+    const Held<std::u16string> chosen(dialog->GetDirAppo());
+    dialog->unload();
+    return std::move(*chosen);
 }
 
 /// Without a file the image itself, by way of its temporary one.
-void CVrxImage::save(const std::u16string& inputFile) {
-    const ReentryGuard open(saveDialogOpen_);
-    frmSaveImage dialog;
-    dialog.setREGKEY(regKey_);
+void CVrxImage::save(BSTR inputFile) {
+    const Held<ReentryGuard> open(saveDialogOpen_);
+    const Held<frmSaveImage> dialog;
+    dialog->setREGKEY(regKey_);
     clearClipboard();
-    dialog.setPath(inputFile.empty() ? image_.saveBmp({}) : inputFile);
-    dialog.showModal();
-    dialog.unload();
+    dialog->setPath(SysStringLen(inputFile) == 0 ? image_.saveBmp({}) : toText(inputFile));
+    dialog->showModal();
+    dialog->unload();
 }
 
 }  // namespace vrx

@@ -32,8 +32,8 @@ class CVrxImage final : public ObjectBase<_CVrxImage> {
   private:
     ~CVrxImage() override = default;
 
-    [[nodiscard]] std::u16string chooseFile(const std::u16string& suggestion);
-    void save(const std::u16string& inputFile);
+    [[nodiscard]] std::u16string chooseFile(BSTR suggestion);
+    void save(BSTR inputFile);
 
     std::u16string regKey_;
     RasterImage image_;

@@ -72,8 +72,8 @@ TEST(Form, EndsWhenItsWindowGoesInAMessageThatWasSent) {
 }
 
 TEST(OwnerWindow, IsNeverOneThatIsHidden) {
-    const vrx::Window shown(CreateWindowW(L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr,
-                                          nullptr, nullptr, nullptr));
+    const vrx::Window shown(CreateWindowW(L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
+                                          nullptr, nullptr));
     const vrx::Window hidden(
         CreateWindowW(L"STATIC", L"", WS_POPUP, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr));
     SetActiveWindow(hidden.get());

@@ -185,8 +185,7 @@ class FailingPattern final : public vrx::ObjectBase<_CVrxPattern> {
     }
 };
 
-TEST_F(PatternEditorDialogs,
-       AFailureWhileTheEditorRepaintsAfterAColorWasChosenEndsQuietlyWithoutLosingEdits) {
+TEST_F(PatternEditorDialogs, AFailureWhileTheEditorRepaintsAfterAColorWasChosenEndsQuietlyWithoutLosingEdits) {
     const vrx::ComPtr<FailingPattern> object(new FailingPattern);
     vrx::frmPattern form;
     form.setObjPattern(vrx::ComPtr<_CVrxPattern>(object.get()));

@@ -30,8 +30,8 @@ class HostWindow {
         description.hInstance = GetModuleHandleW(nullptr);
         description.lpszClassName = L"VrxTestHostWindow";
         RegisterClassW(&description);
-        window_ = CreateWindowW(description.lpszClassName, caption, WS_POPUP | WS_VISIBLE, 0, 0, 60, 60,
-                                nullptr, nullptr, description.hInstance, nullptr);
+        window_ = CreateWindowW(description.lpszClassName, caption, WS_POPUP | WS_VISIBLE, 0, 0, 60, 60, nullptr,
+                                nullptr, description.hInstance, nullptr);
         SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
         UpdateWindow(window_);
     }

@@ -46,8 +46,7 @@ TEST(PatternWidth, IsKeptInTwipsAsTheScreenCountsThem15_12_Or10ToThePixelAt96_12
 
 TEST(PatternWidth, OpensTheEditorAsWideAsItWasOnEveryScreen) {
     for (const int dpi : {72, 96, 120, 144, 168, 192, 288, 384, 480}) {
-        for (int width = 249; width <= 1000; ++width)
-            EXPECT_EQ(pixelsOf(twipsOf(width, dpi), dpi), width) << dpi;
+        for (int width = 249; width <= 1000; ++width) EXPECT_EQ(pixelsOf(twipsOf(width, dpi), dpi), width) << dpi;
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include <mutex>
 
-#include "com/fp_scope.h"
+#include "com/entry.h"
 #include "common/win32_error.h"
 
 namespace vrx {
@@ -55,7 +55,7 @@ void CustomControl::create(HWND parent, int id, DWORD style, const RECT& place) 
 }
 
 LRESULT CALLBACK CustomControl::procedure(HWND window, UINT message, WPARAM wide, LPARAM longer) {
-    const FpScope floatingPoint;
+    const Entry entry;
     if (message == WM_NCCREATE) {
         const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(longer);
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));

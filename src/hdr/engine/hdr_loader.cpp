@@ -17,12 +17,6 @@ constexpr std::uint32_t kRunsPerCheck = 50;
 
 }  // namespace
 
-/// One pass over one file, from its resolution line on.
-struct HdrLoader::Run {
-    PictureFilling filling;
-    RgbeCursor file;
-};
-
 void HdrLoader::init() {
     loading_ = false;
     restart_ = false;
@@ -34,30 +28,9 @@ void HdrLoader::setFileName(std::u16string name) {
     parameterChanged();
 }
 
-void HdrLoader::load(std::u16string name, bool invert) {
-    init();
-    preview_ = false;
-    invert_ = invert;
-    runWhileWanted(std::move(name));
-}
+void HdrLoader::load(std::u16string name, bool invert) { HdrLoad(*this, std::move(name)).load(invert); }
 
-void HdrLoader::preview(std::u16string name) {
-    preview_ = true;
-    invert_ = false;
-    runWhileWanted(std::move(name));
-}
-
-void HdrLoader::runWhileWanted(std::u16string name) {
-    while (!isBlank(name)) {
-        try {
-            runOnce(name);
-            if (!settle()) return;
-        } catch (...) {
-            if (!settle()) throw;
-        }
-        name = fileName_;
-    }
-}
+void HdrLoader::preview(std::u16string name) { HdrLoad(*this, std::move(name)).preview(); }
 
 /// The end of every run; whether another is wanted.
 bool HdrLoader::settle() {
@@ -66,65 +39,106 @@ bool HdrLoader::settle() {
     return std::exchange(restart_, false);
 }
 
-void HdrLoader::runOnce(const std::u16string& name) {
-    if (name == kErrorName) throw wrongFileType();
-    fileName_ = name;
-    stop_ = false;
-    loading_ = true;
-    restart_ = false;
-
-    if (preview_) picture_.buildTables();
-    const Bytes bytes = host_.readFile(name);
-    if (bytes.size() <= 1) throw wrongFileType();
-    RgbeCursor file(bytes.span(), kFirstPosition);
-    const Resolution sizes = readResolution(file);
-    Run run{PictureFilling(picture_, sizes), file};
-
-    host_.headerLoaded(sizes.dimX, sizes.dimY);
-    if (run.filling.holds()) readRows(run);
-
-    if (preview_) host_.refresh();
-    host_.finished();
+HdrLoad::~HdrLoad() {
+    if (running_) loader_.init();
 }
 
-void HdrLoader::readRows(Run& run) {
-    picture_.makeRoom(preview_);
-    const std::int32_t rows = picture_.dimY();
+void HdrLoad::load(bool invert) {
+    loader_.init();
+    loader_.preview_ = false;
+    loader_.invert_ = invert;
+    runWhileWanted();
+}
+
+void HdrLoad::preview() {
+    loader_.preview_ = true;
+    loader_.invert_ = false;
+    runWhileWanted();
+}
+
+void HdrLoad::runWhileWanted() {
+    while (!isBlank(name_)) {
+        try {
+            runOnce();
+            if (!settle()) return;
+        } catch (...) {
+            if (!settle()) throw;
+        }
+        name_ = loader_.fileName_;
+    }
+}
+
+bool HdrLoad::settle() {
+    running_ = false;
+    filling_.reset();
+    bytes_ = {};
+    return loader_.settle();
+}
+
+void HdrLoad::runOnce() {
+    if (name_ == kErrorName) throw wrongFileType();
+    loader_.fileName_ = name_;
+    loader_.stop_ = false;
+    loader_.loading_ = true;
+    loader_.restart_ = false;
+    running_ = true;
+
+    LoadHost& host = loader_.host_;
+    if (loader_.preview_) loader_.picture_.buildTables();
+    bytes_ = host.readFile(name_);
+    if (bytes_.size() <= 1) throw wrongFileType();
+    file_ = RgbeCursor(bytes_.span(), kFirstPosition);
+    const Resolution sizes = readResolution(file_);
+    filling_.emplace(loader_.picture_, sizes);
+
+    host.headerLoaded(sizes.dimX, sizes.dimY);
+    if (filling_->holds()) readRows();
+
+    if (loader_.preview_) host.refresh();
+    host.finished();
+}
+
+void HdrLoad::readRows() {
+    HdrPicture& picture = loader_.picture_;
+    picture.makeRoom(loader_.preview_);
+    const std::int32_t rows = picture.dimY();
     for (std::int32_t y = 0; y < rows; ++y) {
-        if (!readRow(run, y)) return;
-        if (preview_ && !showRow(run, y)) return;
+        if (!readRow(y)) return;
+        if (loader_.preview_ && !showRow(y)) return;
     }
 }
 
 /// Whether the row was read. A load that is to stop leaves a scanline after 50 runs; what is left of the
 /// scanline stays undecoded, and no further row can be found in the file.
-bool HdrLoader::readRow(Run& run, std::int32_t y) {
-    const std::int32_t row = invert_ ? picture_.dimY() - y : y;
-    const std::uint32_t maxRuns = shouldLeave(run) ? kRunsPerCheck : kAllRuns;
-    switch (readScanline(run.file, picture_.store(), row, maxRuns)) {
+bool HdrLoad::readRow(std::int32_t y) {
+    HdrPicture& picture = loader_.picture_;
+    const std::int32_t row = loader_.invert_ ? picture.dimY() - y : y;
+    const std::uint32_t maxRuns = shouldLeave() ? kRunsPerCheck : kAllRuns;
+    switch (readScanline(file_, picture.store(), row, maxRuns)) {
         case ScanlineResult::Decoded:
             return true;
         case ScanlineResult::NotRunLength:
             throw wrongFileType();
         case ScanlineResult::OutOfRuns:
-            host_.yield();
+            loader_.host_.yield();
             return false;
     }
     return false;
 }
 
 /// Whether the next row is wanted.
-bool HdrLoader::showRow(const Run& run, std::int32_t y) {
-    picture_.previewRow(y);
-    if (shouldLeave(run)) return false;
-    host_.yield();
-    if (shouldLeave(run)) return false;
-    if (y % kRowsPerRefresh == 0) host_.refresh();
-    if (shouldLeave(run)) return false;
-    host_.yield();
-    return !shouldLeave(run);
+bool HdrLoad::showRow(std::int32_t y) {
+    LoadHost& host = loader_.host_;
+    loader_.picture_.previewRow(y);
+    if (shouldLeave()) return false;
+    host.yield();
+    if (shouldLeave()) return false;
+    if (y % kRowsPerRefresh == 0) host.refresh();
+    if (shouldLeave()) return false;
+    host.yield();
+    return !shouldLeave();
 }
 
-bool HdrLoader::shouldLeave(const Run& run) const { return stop_ || restart_ || !run.filling.holds(); }
+bool HdrLoad::shouldLeave() const { return loader_.stop_ || loader_.restart_ || !filling_->holds(); }
 
 }  // namespace vrx

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "common/engine/bytes.h"
 #include "hdr/engine/hdr_picture.h"
@@ -30,15 +32,13 @@ class LoadHost {
     ~LoadHost() = default;
 };
 
+/// What a host sets and asks, also while a load runs.
 class HdrLoader {
   public:
     HdrLoader(HdrPicture& picture, LoadHost& host) : picture_(picture), host_(host) {}
 
-    /// Reads the file into the picture. With `invert` scanline y goes to row dimY - y, so that row 0 stays
-    /// zero: hosts count on it. A load that runs already ends at its next check. A blank name reads nothing.
-    /// Runs again as long as a restart is asked for while it runs; only the last run's failure leaves.
+    /// Those of HdrLoad.
     void load(std::u16string name, bool invert);
-    /// The same, plain, into the picture and its preview bitmap, with a refresh every 80 rows and a last one.
     void preview(std::u16string name);
 
     /// Ends a running load at its next check.
@@ -54,14 +54,8 @@ class HdrLoader {
     [[nodiscard]] bool loading() const { return loading_; }
 
   private:
-    struct Run;
+    friend class HdrLoad;
 
-    void runWhileWanted(std::u16string name);
-    void runOnce(const std::u16string& name);
-    void readRows(Run& run);
-    [[nodiscard]] bool readRow(Run& run, std::int32_t y);
-    [[nodiscard]] bool showRow(const Run& run, std::int32_t y);
-    [[nodiscard]] bool shouldLeave(const Run& run) const;
     [[nodiscard]] bool settle();
 
     HdrPicture& picture_;
@@ -75,6 +69,40 @@ class HdrLoader {
     bool stop_ = true;
     bool restart_ = false;
     bool loading_ = false;
+};
+
+/// One load with all that it holds. Where it goes before its end, the loader is idle again.
+class HdrLoad {
+  public:
+    HdrLoad(HdrLoader& loader, std::u16string name) : loader_(loader), name_(std::move(name)) {}
+    HdrLoad(const HdrLoad&) = delete;
+    HdrLoad& operator=(const HdrLoad&) = delete;
+    ~HdrLoad();
+
+    /// Reads the file into the picture. With `invert` scanline y goes to row dimY - y, so that row 0 stays
+    /// zero: hosts count on it. A load that runs already ends at its next check. A blank name reads nothing.
+    /// Runs again as long as a restart is asked for while it runs; only the last run's failure leaves.
+    void load(bool invert);
+    /// The same, plain, into the picture and its preview bitmap, with a refresh every 80 rows and a last one.
+    void preview();
+
+  private:
+    void runWhileWanted();
+    void runOnce();
+    void readRows();
+    [[nodiscard]] bool readRow(std::int32_t y);
+    [[nodiscard]] bool showRow(std::int32_t y);
+    [[nodiscard]] bool shouldLeave() const;
+    [[nodiscard]] bool settle();
+
+    HdrLoader& loader_;
+    std::u16string name_;
+    bool running_ = false;
+
+    // Of one pass over one file.
+    Bytes bytes_;
+    RgbeCursor file_{{}, 0};
+    std::optional<PictureFilling> filling_;
 };
 
 }  // namespace vrx
