@@ -64,9 +64,18 @@ constexpr CombinedRow kToR(kXyzToR);
 constexpr CombinedRow kToG(kXyzToG);
 constexpr CombinedRow kToB(kXyzToB);
 
-// The combined form needs fewer divisions than the steps and comes out within some 50 units of the last place
-// of X + Y + Z, which is at most 17 luminances; luminances are at most 1 after both operators. Where 255
-// times this much could decide a rounding, the steps themselves are taken.
+// The combined form needs fewer divisions than the steps. How far both can be apart, with e = 2^-53 for each
+// rounding, W = X + Y + Z of the pixel, L its luminance after the operator (computed by the same operations
+// in both forms) and S = W L / Y; all terms up to the last matrix are positive:
+//
+//     steps: X, Y, Z: 3 e     W: 5 e     1 / W: 6 e     x, y: 10 e     new X = x L / y: 22 e
+//            X / x: 33 e of S     new Z: 36 e of S     a row back, whose |m| are 4.2 at most: 100 e of S
+//     combined: constants, products and sums: 10 e of 4.2 W     with the factor L / Y: 50 e of S
+//
+// W is at most 17 Y (of blue alone it is 16.7), and L at most 1.5: the ends of the range are rounded to
+// Singles, whose distance is at least twice that rounding. So the results, times 255, are less than
+// 255 * 17 * 1.5 * 150 e = 2^-33 apart. Where one lies closer than the guard to the middle between two
+// integers, the steps themselves are taken.
 constexpr double kGuard = 0x1p-30;
 
 // Added to a value in 0 .. 255, leaves it rounded half to even in the lowest bits.
