@@ -43,7 +43,8 @@ constexpr std::size_t kPiece = 2048;
 [[gnu::always_inline]] inline std::size_t decodeCode(const std::uint8_t*& in, std::uint8_t* out) {
     const std::size_t code = *in;
     const bool repeat = code > kMaxLiteral;
-    const __m128i value = _mm_set1_epi8(static_cast<char>(in[1]));
+    // By a product: without it 32-bit code stores the byte and loads four, which waits for the store.
+    const __m128i value = _mm_set1_epi32(static_cast<int>(in[1] * 0x01010101U));
     const __m128i repeated = _mm_set1_epi32(-static_cast<int>(repeat));
     for (std::size_t i = 0; i < kMostOut; i += sizeof value) {
         const __m128i literals = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 1 + i));
