@@ -44,10 +44,17 @@ registers_what_regsvr32_does() {
     difference before after "${rows[@]}"
 }
 
-# runs_a_sample NAME - by what is installed.
+# runs_a_sample NAME - by what is installed. Wine keeps the program ids that a 64-bit installer writes from 64-bit scripts,
+# so there it is a program, which uses class ids.
 runs_a_sample() {
     local out=$throwaway_folder/$1
     mkdir -p "$out"
+    if [[ $bits == 64 ]]; then
+        in_wine 60 'C:\Program Files\VrxCommon\samples\bin\tour.exe' \
+            'C:\Program Files\VrxCommon\samples\pictures\sky.hdr' "$(windows_path "$out")" >/dev/null
+        [[ -s $out/tour_cpp.jpg ]]
+        return
+    fi
     in_wine 60 cscript //nologo 'C:\Program Files\VrxCommon\samples\vbscript\exposures.vbs' \
         'C:\Program Files\VrxCommon\samples\pictures\sky.hdr' "$(windows_path "$out")" >/dev/null
     [[ -s $out/sky_auto.jpg ]]
@@ -69,7 +76,7 @@ upgrades() {
 # What msiexec /fa means, which Wine's does not know.
 repairs() {
     rm "$folder/ijl10.dll"
-    in_wine 60 reg delete 'HKLM\Software\Classes\VrxCommon.CVrxHDR\CLSID' /f >/dev/null
+    in_wine 60 reg delete 'HKLM\Software\Classes\CLSID\{EB392251-79D7-47DB-A99F-C6DB793EE02B}\InprocServer32' /f >/dev/null
     msi /i "$next" REINSTALL=ALL REINSTALLMODE=amus && [[ -f $folder/ijl10.dll ]] && runs_a_sample repaired
 }
 

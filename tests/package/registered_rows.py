@@ -10,6 +10,14 @@ import sys
 
 ROOT = "HKEY_LOCAL_MACHINE\\Software\\Classes"
 
+# Of Software\Classes, 32-bit and 64-bit programs have these for themselves; Windows shows them the same of everything
+# else. Wine does not: there what a 64-bit installer writes for both is in the part of the 32-bit programs.
+OWN = ("wow6432node\\clsid", "wow6432node\\interface")
+
+
+def seen_by_both(key):
+    return key if key.startswith(OWN) else key.removeprefix("wow6432node\\")
+
 
 def unquoted(text):
     return re.sub(r"\\(.)", r"\1", text)
@@ -23,7 +31,7 @@ def exported(path):
         if line.startswith("["):
             if key and values == 0:
                 found.add((key,))
-            key, values = line[1:-1][len(ROOT) + 1 :].lower(), 0
+            key, values = seen_by_both(line[1:-1][len(ROOT) + 1 :].lower()), 0
         match = re.match(r'(?:@|"((?:[^"\\]|\\.)*)")="((?:[^"\\]|\\.)*)"$', line)
         if match:
             values += 1
