@@ -5,16 +5,10 @@
 . "$(dirname "$0")/common.sh"
 . "$tools/wine_session.sh"
 . "$tools/package_session.sh"
+. "$tools/sample_checks.sh"
 . "$tools/tally.sh"
 
 bits=$(bits_of "$@")
-
-# in_folder NAME - an empty folder for a sample, with a picture in it, becomes the current one.
-in_folder() {
-    mkdir -p "$throwaway_folder/$1"
-    cd "$throwaway_folder/$1"
-    cp "$throwaway_folder/sky.hdr" .
-}
 
 # script FILE ARGUMENT... - runs a sample in the script host; what it prints goes to the file "printed".
 script() {
@@ -33,14 +27,6 @@ program() {
     return "$status"
 }
 
-# prints LINE... - whether the sample printed each of these lines; shows what it printed where not.
-prints() {
-    local line
-    for line in "$@"; do
-        grep -qxF -- "$line" printed || { echo "not printed: $line" && cat printed && return 1; }
-    done
-}
-
 # prints_as_shown SAMPLE - whether the sample printed each line that stands in it behind the sign >. A * stands for
 # anything.
 prints_as_shown() {
@@ -50,22 +36,6 @@ prints_as_shown() {
     for pattern in "${shown[@]}"; do
         grep -qx -- "$pattern" printed || { echo "$1 did not print: $pattern" && cat printed && return 1; }
     done
-}
-
-# begins FILE BYTES - whether the file begins with these bytes, in hexadecimal.
-begins() {
-    [[ $(head -c $((${#2} / 2)) "$1" 2>/dev/null | od -An -tx1 | tr -d ' \n') == "$2" ]] ||
-        { echo "$1 does not begin with $2" && return 1; }
-}
-
-are_bitmaps() {
-    local file
-    for file in "$@"; do begins "$file" 424d || return; done
-}
-
-are_jpegs() {
-    local file
-    for file in "$@"; do begins "$file" ffd8ff || return; done
 }
 
 # Red to blue in five steps, as Visual Basic writes colours: blue, green, red.

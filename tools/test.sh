@@ -37,6 +37,7 @@ package_tests() {
     "$tools/package_test.sh" "$@"
     "$tools/installer_test.sh" "$@"
     "$tools/sample_tests.sh" "$@"
+    "$tools/host_tests.sh" "$@"
 }
 
 all_tests() {
