@@ -199,7 +199,9 @@ std::u16string TemporaryFile::path() const {
     return fromWide(length != 0 && length <= MAX_PATH ? std::wstring(name, length) : path_);
 }
 
-FileReplacement::FileReplacement(const std::u16string& path) : path_(systemPath(path)) {
+FileReplacement::FileReplacement(Unopened, const std::u16string& path) : path_(systemPath(path)) {}
+
+FileReplacement::FileReplacement(const std::u16string& path) : FileReplacement(Unopened{}, path) {
     checkTarget(path_);
     const bool isNew = GetFileAttributesW(path_.c_str()) == INVALID_FILE_ATTRIBUTES;
     if (!isNew) {

@@ -82,6 +82,9 @@ class FileReplacement final : public ByteSink {
     void commit();
 
   private:
+    /// Nothing is open yet. Once an object is made, its destructor takes a sibling away, whatever fails.
+    struct Unopened {};
+    FileReplacement(Unopened, const std::u16string& path);
     [[nodiscard]] bool openSibling();
     void dropSibling();
     void moveSibling();

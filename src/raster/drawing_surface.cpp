@@ -1,6 +1,7 @@
 #include "raster/drawing_surface.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <utility>
 
@@ -23,6 +24,12 @@ bool isShared(IPictureDisp& picture) {
 std::size_t sizeOf(std::int32_t width, std::int32_t height) {
     return static_cast<std::size_t>(strideOf(static_cast<std::uint32_t>(width))) *
            static_cast<std::size_t>(height);
+}
+
+/// Whether a rectangle that is not empty lies wholly in a picture of this size.
+bool isWithin(const PixelRect& rectangle, LONG width, LONG height) {
+    return rectangle.left >= 0 && rectangle.top >= 0 && rectangle.width > 0 && rectangle.height > 0 &&
+           rectangle.width <= width - rectangle.left && rectangle.height <= std::abs(height) - rectangle.top;
 }
 
 }  // namespace
@@ -71,8 +78,14 @@ void DrawingSurface::stretch(const PixelRect& target, const PixelRect& source, c
     const BitmapDc dc(canvas_.bitmap);
     if (!dc) throw platformError(Platform::OutOfMemory);
     SetStretchBltMode(dc.get(), COLORONCOLOR);
-    StretchDIBits(dc.get(), target.left, target.top, target.width, target.height, source.left, source.top,
-                  source.width, source.height, bits, &info, DIB_RGB_COLORS, SRCCOPY);
+    const int lines =
+        StretchDIBits(dc.get(), target.left, target.top, target.width, target.height, source.left, source.top,
+                      source.width, source.height, bits, &info, DIB_RGB_COLORS, SRCCOPY);
+    // No lines are copied of or to places beside the pictures either.
+    if (lines <= 0 && isWithin(source, info.bmiHeader.biWidth, info.bmiHeader.biHeight) &&
+        isWithin(target, canvas_.width, canvas_.height)) {
+        throw platformError(Platform::OutOfMemory);
+    }
     GdiFlush();
 }
 
