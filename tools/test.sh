@@ -1,13 +1,14 @@
 #!/bin/bash
-# test.sh [--win64 | --checked] [--wine PATH] - runs every test, or those of the component for 64-bit Windows, or those of a
-# component in which undefined behaviour ends the program. With --wine only the tests that run in Wine, in that one.
+# test.sh [--win64 | --checked | --faults] [--wine PATH] - runs every test, or those of the component for 64-bit Windows, or
+# those of a component in which undefined behaviour ends the program, or all those in which calls of the system fail. With
+# --wine only the tests that run in Wine, in that one.
 # Ends with one line, "N passed, N failed".
 
 . "$(dirname "$0")/common.sh"
 . "$tools/packages.sh"
 . "$tools/tally.sh"
 
-usage="usage: ./vrx test [--win64 | --checked] [--wine PATH]"
+usage="usage: ./vrx test [--win64 | --checked | --faults] [--wine PATH]"
 
 # other_wine PATH - the tests run in this Wine, whose wineserver stands beside it.
 other_wine() {
@@ -28,6 +29,13 @@ engine_tests() {
 component_tests() {
     "$tools/build.sh" "$@"
     "$tools/automation_tests.sh" "$@"
+    "$tools/fault_tests.sh" "$@"
+}
+
+# all_faults - each call of the system fails once, which takes its time.
+all_faults() {
+    "$tools/build.sh"
+    "$tools/fault_tests.sh" --all
 }
 
 # package_tests [OPTION] - what users get.
@@ -49,10 +57,12 @@ all_tests() {
 }
 
 component=()
+faults=
 VRX_WINE=
 while (($#)); do
     case $1 in
         --win64 | --checked) component+=("$1") ;;
+        --faults) faults=all ;;
         --wine)
             other_wine "${2:?$usage}"
             shift
@@ -65,7 +75,10 @@ preset=$(preset_of "${component[@]}")
 
 mkdir -p "$build"
 rm -f "$tally_file"
-if [[ -n ${VRX_WINE:-} || $preset == checked ]]; then
+if [[ -n $faults ]]; then
+    ((${#component[@]} == 0)) || die "$usage"
+    all_faults
+elif [[ -n ${VRX_WINE:-} || $preset == checked ]]; then
     component_tests "${component[@]}"
 elif [[ $preset == win64 ]]; then
     component_tests --win64
