@@ -1,4 +1,5 @@
-# Prints the manifest of a DLL for registration-free use, from the IDL of its type library (mawk).
+# Prints the manifest of a DLL for registration-free use, from its class table, which tells what controls are like, and
+# the IDL of its type library, in this order (mawk).
 # Its version is that of the interface, so that hosts' manifests stay right from one release to the next.
 # Variables: dll, architecture (x86, amd64), more_typelibs ("UUID VERSION RESOURCE" triples).
 
@@ -11,6 +12,18 @@ function between(text, before, after,    start) {
     text = substr(text, start)
     return substr(text, 1, index(text, after) - 1)
 }
+
+# In the class table: "ControlTraits kName{OLEMISC_... | OLEMISC_..., NUMBER};". A manifest writes the bits as small letters.
+/ControlTraits k/ { control = between($0, "ControlTraits k", "{") }
+control != "" {
+    rest = $0
+    while ((start = index(rest, "OLEMISC_")) > 0) {
+        rest = substr(rest, start + 8)
+        match(rest, /^[A-Z0-9]+/)
+        misc[control] = misc[control] (misc[control] == "" ? "" : ",") tolower(substr(rest, 1, RLENGTH))
+    }
+}
+/};/ { control = "" }
 
 /^[ \t]*\[/ { creatable = 1 }
 /uuid\(/ { uuid = between($0, "uuid(", ")") }
@@ -34,8 +47,9 @@ function stub(name, proxy) {
 
 /^    coclass / && creatable {
     name = library "." $2
+    content = misc[$2] == "" ? "" : "\n      miscStatusContent=\"" misc[$2] "\""
     classes = classes "    <comClass description=\"" description "\"\n      clsid=\"{" uuid "}\" progid=\"" name ".1\"" \
-        " threadingModel=\"Apartment\"\n      tlbid=\"{" library_uuid "}\">\n      <progid>" name "</progid>\n    </comClass>\n"
+        " threadingModel=\"Apartment\"\n      tlbid=\"{" library_uuid "}\"" content ">\n      <progid>" name "</progid>\n    </comClass>\n"
 }
 
 END {

@@ -1,4 +1,5 @@
-# vrx_add_manifest(DLL IDL [MORE_TYPELIBS]) - writes the manifest for registration-free use beside the DLL.
+# vrx_add_manifest(DLL IDL [MORE_TYPELIBS]) - writes the manifest for registration-free use beside the DLL, from its IDL and
+# from the class table in the same folder.
 # MORE_TYPELIBS: "UUID VERSION RESOURCE" of the type libraries in the DLL besides its own.
 
 set(VRX_MANIFEST_ARCHITECTURE x86)
@@ -9,11 +10,12 @@ endif()
 function(vrx_add_manifest dll idl)
     list(JOIN ARGN " " more)
     set(script ${PROJECT_SOURCE_DIR}/cmake/manifest.awk)
+    cmake_path(REPLACE_FILENAME idl class_table.cpp OUTPUT_VARIABLE class_table)
     set(manifest ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${dll}.X.manifest)
     add_custom_command(
         OUTPUT ${manifest}
         COMMAND awk -v dll=${dll}.dll -v architecture=${VRX_MANIFEST_ARCHITECTURE} -v "more_typelibs=${more}"
-            -f ${script} ${idl} > ${manifest}
-        DEPENDS ${script} ${idl} VERBATIM)
+            -f ${script} ${class_table} ${idl} > ${manifest}
+        DEPENDS ${script} ${class_table} ${idl} VERBATIM)
     add_custom_target(${dll}_manifest ALL DEPENDS ${manifest})
 endfunction()

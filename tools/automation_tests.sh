@@ -34,6 +34,15 @@ shard() (
     in_wine 600 "$throwaway_folder/$1.exe" || echo "exit status $?"
 ) >"$logs/$1.$2.log" 2>&1
 
+# resolution DPI - runs the tests of what depends on the screen's resolution at another one.
+resolution() (
+    start_throwaway_session "$bits"
+    cp -r "$bin"/{*.dll,*.tlb,dialog_tests.exe} "$throwaway_folder"
+    cd "$throwaway_folder"
+    in_wine 60 reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f
+    in_wine 600 "$throwaway_folder/dialog_tests.exe" '--gtest_filter=*AtEveryResolution*' || echo "exit status $?"
+) >"$logs/dialog_tests.dpi$1.log" 2>&1
+
 # run_tests - all parts at the same time: they wait most of the time.
 run_tests() {
     local part pids=()
@@ -43,8 +52,12 @@ run_tests() {
         shard dialog_tests "$part" 4 &
         pids+=($!)
     done
+    for part in 144 192; do
+        resolution "$part" &
+        pids+=($!)
+    done
     wait "${pids[@]}" || true
-    for part in automation_tests.0 dialog_tests.{0..3}; do
+    for part in automation_tests.0 dialog_tests.{0..3} dialog_tests.dpi{144,192}; do
         tr -d '\r' <"$logs/$part.log"
         ! grep -q '^exit status' "$logs/$part.log"
         tally_googletest "$logs/$part.log" $?

@@ -45,6 +45,12 @@ contexts_lead_to_pages() {
         "$repo/tests/package/contexts_lead_to_pages.py" "$installed/VrxCommon.chm" "$listing" "$repo/docs/errors.md"
 }
 
+# Without registration, containers read it here.
+the_manifest_tells_the_status_of_the_control() {
+    grep -qF 'miscStatusContent="recomposeonresize,cantlinkinside,insideout,activatewhenvisible,setclientsitefirst"' \
+        "$installed/VrxCommon.X.manifest"
+}
+
 creates_every_class_without_registration() {
     local program="$throwaway_folder/program"
     mkdir "$program"
@@ -78,6 +84,7 @@ check "the package's checksums are right" quietly checksums_are_right
 check "the package has the licences of everything linked in" quietly licences_are_there
 check "links in the package lead somewhere" quietly links_lead_somewhere
 check "every help context leads to its page in the help file" quietly contexts_lead_to_pages
+check "the manifest tells the status of the control" the_manifest_tells_the_status_of_the_control
 check "without registration a program with a manifest creates every class" quietly creates_every_class_without_registration
 check "a program in C++ builds with what is in the package" quietly builds_a_program
 check "the package registers for one user" quietly run_regsvr32 /n /i:user

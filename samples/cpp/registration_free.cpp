@@ -10,9 +10,10 @@
 
 namespace {
 
-const wchar_t* const kClasses[] = {L"VrxCommon.CVrxHDR", L"VrxCommon.CVrxImage",
-                                   L"VrxCommon.ImageFX", L"VrxCommon.CVrxPattern",
-                                   L"VrxCommon.CVrxFun", L"VrxSettings.SettingsRegistry"};
+const wchar_t* const kClasses[] = {L"VrxCommon.CVrxHDR",           L"VrxCommon.CVrxImage",
+                                   L"VrxCommon.ImageFX",           L"VrxCommon.CVrxPattern",
+                                   L"VrxCommon.CVrxFun",           L"VrxCommon.VrxPreviewImg",
+                                   L"VrxSettings.SettingsRegistry"};
 
 bool creates(const wchar_t* programId) {
     CLSID classId;

@@ -33,15 +33,20 @@ STDMETHODIMP ClassFactory::LockServer(BOOL lock) {
     return S_OK;
 }
 
+const ClassRow* findClassRow(REFCLSID classId) {
+    for (const ClassRow& row : classTable()) {
+        if (row.classId == classId) return &row;
+    }
+    return nullptr;
+}
+
 HRESULT findClassFactory(REFCLSID classId, REFIID iid, void** factory) {
     if (!factory) return E_POINTER;
     *factory = nullptr;
-    for (const ClassRow& row : classTable()) {
-        if (row.classId != classId) continue;
-        const ComPtr<ClassFactory> created(new (std::nothrow) ClassFactory(row));
-        return created ? created->QueryInterface(iid, factory) : E_OUTOFMEMORY;
-    }
-    return CLASS_E_CLASSNOTAVAILABLE;
+    const ClassRow* row = findClassRow(classId);
+    if (!row) return CLASS_E_CLASSNOTAVAILABLE;
+    const ComPtr<ClassFactory> created(new (std::nothrow) ClassFactory(*row));
+    return created ? created->QueryInterface(iid, factory) : E_OUTOFMEMORY;
 }
 
 }  // namespace vrx

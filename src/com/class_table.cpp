@@ -1,8 +1,14 @@
 #include "com/class_table.h"
 
+#include <windows.h>
+
+#include <oleidl.h>
+
 #include "VrxCommon.h"
 #include "com/object_base.h"
 #include "common/CVrxFun.h"
+#include "dialogs/VrxPreviewImg.h"
+#include "dialogs/resource.h"
 #include "dialogs/settings_store.h"
 #include "effects/ImageFX.h"
 #include "hdr/CVrxHDR.h"
@@ -12,6 +18,16 @@
 
 namespace vrx {
 
+namespace {
+
+/// The manifest for registration-free use takes the OLEMISC names from here.
+constexpr ControlTraits kVrxPreviewImg{OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE |
+                                           OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
+                                           OLEMISC_SETCLIENTSITEFIRST,
+                                       IDB_VRXPREVIEWIMG};
+
+}  // namespace
+
 std::span<const ClassRow> classTable() {
     static const ClassRow rows[] = {
         {CLSID_CVrxHDR, L"CVrxHDR", L"VrxCommon high-dynamic-range picture", createObject<CVrxHDR>},
@@ -19,6 +35,8 @@ std::span<const ClassRow> classTable() {
         {CLSID_ImageFX, L"ImageFX", L"VrxCommon image effects", createObject<ImageFX>},
         {CLSID_CVrxPattern, L"CVrxPattern", L"VrxCommon colour pattern", createObject<CVrxPattern>},
         {CLSID_CVrxFun, L"CVrxFun", L"VrxCommon general functions", createObject<CVrxFun>},
+        {CLSID_VrxPreviewImg, L"VrxPreviewImg", L"VrxCommon preview", createObject<VrxPreviewImg>,
+         &kVrxPreviewImg},
     };
     return rows;
 }

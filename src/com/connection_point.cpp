@@ -17,7 +17,7 @@ constexpr unsigned kDeepestNesting = 32;
 
 struct Connection {
     DWORD cookie;
-    ComPtr<IDispatch> sink;
+    ComPtr<IUnknown> sink;
 
     [[nodiscard]] CONNECTDATA item() const {
         sink->AddRef();
@@ -34,7 +34,7 @@ struct Point {
     }
 };
 
-using Sinks = std::map<DWORD, ComPtr<IDispatch>>;
+using Sinks = std::map<DWORD, ComPtr<IUnknown>>;
 
 /// An event on its way to the sinks of that moment.
 class Firing {
@@ -81,7 +81,8 @@ void callSink(IDispatch& sink, DISPID event, DISPPARAMS arguments) {
 void ConnectionPoint::fire(DISPID event, std::span<const VARIANT> arguments) {
     const Held<Firing> firing(depth_, sinks_, arguments);
     for (const Connection& connection : firing->sinks()) {
-        if (sinks_.contains(connection.cookie)) callSink(*connection.sink, event, firing->makeArguments());
+        if (!sinks_.contains(connection.cookie)) continue;
+        callSink(static_cast<IDispatch&>(*connection.sink.get()), event, firing->makeArguments());
     }
 }
 
@@ -98,7 +99,7 @@ STDMETHODIMP_(ULONG) ConnectionPoint::Release() { return owner_.Release(); }
 
 STDMETHODIMP ConnectionPoint::GetConnectionInterface(IID* iid) {
     if (!iid) return E_POINTER;
-    *iid = events_;
+    *iid = iid_;
     return S_OK;
 }
 
@@ -113,8 +114,8 @@ STDMETHODIMP ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
     if (!cookie) return E_POINTER;
     *cookie = 0;
     if (!sink) return E_POINTER;
-    ComPtr<IDispatch> events;
-    if (FAILED(sink->QueryInterface(events_, reinterpret_cast<void**>(events.put()))))
+    ComPtr<IUnknown> events;
+    if (FAILED(sink->QueryInterface(iid_, reinterpret_cast<void**>(events.put()))))
         return CONNECT_E_CANNOTCONNECT;
     try {
         sinks_.emplace(lastCookie_ + 1, std::move(events));
@@ -147,7 +148,8 @@ STDMETHODIMP EventSource::EnumConnectionPoints(IEnumConnectionPoints** points) {
     if (!points) return E_POINTER;
     *points = nullptr;
     try {
-        std::vector<Point> list{Point{ComPtr<IConnectionPoint>(&point_)}};
+        std::vector<Point> list;
+        for (ConnectionPoint* point : points_) list.push_back(Point{ComPtr<IConnectionPoint>(point)});
         return Enumerator<IEnumConnectionPoints, IConnectionPoint*, Point>::create(std::move(list), 0,
                                                                                    points);
     } catch (const std::bad_alloc&) {
@@ -158,10 +160,31 @@ STDMETHODIMP EventSource::EnumConnectionPoints(IEnumConnectionPoints** points) {
 STDMETHODIMP EventSource::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
     if (!point) return E_POINTER;
     *point = nullptr;
-    if (iid != events_) return CONNECT_E_NOCONNECTION;
-    *point = &point_;
-    point_.AddRef();
-    return S_OK;
+    for (ConnectionPoint* candidate : points_) {
+        if (iid != candidate->sinkInterface()) continue;
+        *point = candidate;
+        candidate->AddRef();
+        return S_OK;
+    }
+    return CONNECT_E_NOCONNECTION;
+}
+
+BindableEventSource::BindableEventSource(const ClassIdentity& identity)
+    : EventSource(identity), properties_(*this, IID_IPropertyNotifySink) {
+    addPoint(properties_);
+}
+
+bool BindableEventSource::mayChange(DISPID property) {
+    return properties_.tell<IPropertyNotifySink>([&](IPropertyNotifySink& sink) {
+        return sink.OnRequestEdit(property) == S_FALSE ? S_FALSE : S_OK;
+    }) == S_OK;
+}
+
+void BindableEventSource::tellChanged(DISPID property) {
+    properties_.tell<IPropertyNotifySink>([&](IPropertyNotifySink& sink) {
+        sink.OnChanged(property);
+        return S_OK;
+    });
 }
 
 }  // namespace vrx

@@ -48,6 +48,13 @@ class HostCall {
     std::size_t depth_ = 0;
 };
 
+/// What the host answers to a call.
+template <class Call>
+auto callHost(Call&& call) {
+    const HostCall host;
+    return call();
+}
+
 /// For functions that a host calls at any time, also for what it has left: an entry where there may be
 /// something to make good.
 void enterAfterLeaving(const void* caller = __builtin_dwarf_cfa()) noexcept;

@@ -4,6 +4,7 @@
 
 #include "com/class_table.h"
 #include "com/com_ptr.h"
+#include "com/hresult_failure.h"
 #include "com/module.h"
 #include "com/variant_convert.h"
 
@@ -58,6 +59,20 @@ HRESULT publishCurrentException(const IID& iid, const char16_t* className) noexc
         return publish(iid, Platform::OutOfMemory, className);
     } catch (...) {
         return publish(iid, Platform::InternalError, className);
+    }
+}
+
+HRESULT hresultOfCurrentException() noexcept {
+    try {
+        throw;
+    } catch (const HresultFailure& failure) {
+        return failure.code;
+    } catch (const Error& error) {
+        return hresultOf(error.number);
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_UNEXPECTED;
     }
 }
 

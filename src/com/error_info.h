@@ -18,6 +18,9 @@ namespace vrx {
 /// An error without a source gets the name of the class.
 HRESULT publishCurrentException(const IID& iid, const char16_t* className) noexcept;
 
+/// Inside a catch block: the exception's HRESULT alone, for interfaces that carry no error information.
+HRESULT hresultOfCurrentException() noexcept;
+
 /// Moves the thread's error information into `exception` and returns DISP_E_EXCEPTION. Without an `exception`
 /// the information stays with the thread.
 HRESULT reportFailure(HRESULT failure, EXCEPINFO* exception);

@@ -34,7 +34,8 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
         const bool found =
             *object || offer<Interface>(iid, self, object) || offer<ISupportErrorInfo>(iid, this, object) ||
             offer<IProvideClassInfo>(iid, this, object) || offer<IProvideClassInfo2>(iid, this, object) ||
-            (offer<typename More::Published>(iid, static_cast<More*>(this), object) || ...);
+            (offer<typename More::Published>(iid, static_cast<More*>(this), object) || ...) ||
+            (*object = findPart(iid)) != nullptr;
         if (!found) return E_NOINTERFACE;
         AddRef();
         return S_OK;
@@ -108,6 +109,9 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
 
   protected:
     virtual ~ObjectBase() = default;
+
+    /// An interface that a piece of the object implements (part.h); null for none.
+    virtual void* findPart(REFIID) { return nullptr; }
 
     /// Body of a method without a result.
     template <class Body>

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <comcat.h>
 #include <oaidl.h>
 
 #include "com/class_table.h"
@@ -87,6 +88,22 @@ void addClass(Rows& rows, const ClassRow& row, const std::wstring& path, const s
     rows.addShared(versioned + L"\\CLSID", classId, keptBy);
 }
 
+/// Hosts look for these keys to offer a class in their tool boxes, and for the categories to know what it can
+/// be saved with.
+void addControl(Rows& rows, const ClassRow& row, const std::wstring& path) {
+    const std::wstring key = L"CLSID\\" + text(row.classId);
+    constexpr int kContent = DVASPECT_CONTENT;
+    rows.addKey(key + L"\\Control");
+    rows.add(key + L"\\MiscStatus", L"", L"0");
+    rows.add(key + L"\\MiscStatus\\" + std::to_wstring(kContent), L"",
+             std::to_wstring(row.control->miscStatus));
+    rows.add(key + L"\\ToolboxBitmap32", L"", path + L", " + std::to_wstring(row.control->toolboxBitmap));
+    for (const GUID* category : {&CATID_Control, &CATID_Programmable, &CATID_PersistsToPropertyBag,
+                                 &CATID_PersistsToStreamInit, &CATID_PersistsToStorage}) {
+        rows.addKey(key + L"\\Implemented Categories\\" + text(*category));
+    }
+}
+
 void addTypeLibrary(Rows& rows, int number, const std::wstring& path) {
     ComPtr<ITypeLib> library;
     throwIfFailed(loadTypeLibrary(number, library));
@@ -128,7 +145,10 @@ std::vector<RegistryRow> registryRows(const std::wstring& path) {
     for (int number = typeLibraryCount(); number >= kOwnTypeLibrary; --number)
         addTypeLibrary(rows, number, path);
     addInterfaces(rows, *library, libraryId);
-    for (const ClassRow& row : classTable()) addClass(rows, row, path, libraryId);
+    for (const ClassRow& row : classTable()) {
+        addClass(rows, row, path, libraryId);
+        if (row.control) addControl(rows, row, path);
+    }
     return rows.take();
 }
 

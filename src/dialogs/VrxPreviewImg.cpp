@@ -1,7 +1,11 @@
 #include "dialogs/VrxPreviewImg.h"
 
+#include <utility>
+
+#include "com/hresult_failure.h"
 #include "common/engine/error.h"
 #include "common/message_loop.h"
+#include "dialogs/control/property_bag.h"
 #include "dialogs/dpi.h"
 #include "dialogs/engine/preview_frame.h"
 #include "dialogs/picture_size.h"
@@ -15,23 +19,30 @@ const ClassIdentity kIdentity = {u"VrxPreviewImg", CLSID_VrxPreviewImg, IID__Vrx
                                  &DIID___VrxPreviewImg};
 
 constexpr DISPID kClick = 1;
+constexpr DISPID kMousePointer = 8;
+constexpr DISPID kMouseIcon = 9;
 
-constexpr wchar_t kMousePointer[] = L"MousePointer";
-constexpr wchar_t kMouseIcon[] = L"MouseIcon";
+// What screen readers call a preview that its container gives no name.
+constexpr wchar_t kName[] = L"Preview";
 
 ComPtr<IPicture> pictureOf(IPictureDisp* picture) { return ComPtr<IPictureDisp>(picture).as<IPicture>(); }
 
-/// A property of a bag; Empty where the bag has none.
-Variant readProperty(IPropertyBag& bag, const wchar_t* name, VARTYPE type, IErrorLog* log) {
-    Variant value;
-    V_VT(&value.get()) = type;
-    if (FAILED(bag.Read(name, &value.get(), log))) return {};
-    return value;
+/// Of a container whose texts are read from right to left.
+bool isRightToLeft(LCID locale) {
+    const WORD language = PRIMARYLANGID(LANGIDFROMLCID(locale));
+    return language == LANG_ARABIC || language == LANG_HEBREW || language == LANG_FARSI ||
+           language == LANG_URDU;
 }
 
 }  // namespace
 
-VrxPreviewImg::VrxPreviewImg() : ObjectBase(kIdentity), view_(*this), hdr_(*this) {}
+VrxPreviewImg::VrxPreviewImg()
+    : ObjectBase(kIdentity),
+      ole_(kIdentity, static_cast<_VrxPreviewImg&>(*this), *this, *this),
+      view_(*this),
+      hdr_(*this) {
+    view_.setSize(ole_.designedSize());
+}
 
 VrxPreviewImg::~VrxPreviewImg() {
     if (!hdr_) return;
@@ -46,7 +57,7 @@ void VrxPreviewImg::createInPlaceOf(HWND control) {
     const RECT place = placeInParent(control);
     DestroyWindow(control);
     create(dialog, id, place);
-    SetWindowTextW(window(), L"Preview");  // what screen readers call it
+    SetWindowTextW(window(), kName);
     if (owner_) SetWindowLongW(window(), GWL_STYLE, GetWindowLongW(window(), GWL_STYLE) | WS_TABSTOP);
     SetWindowPos(window(), before, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
@@ -96,25 +107,34 @@ STDMETHODIMP VrxPreviewImg::get_ImageHeight(long* value) {
 }
 
 STDMETHODIMP VrxPreviewImg::get_MousePointer(short* value) {
-    return answer(value, [&] { return static_cast<short>(view_.pointer()); });
+    return answer(value, [&] { return static_cast<short>(kept_.pointer); });
 }
 
 STDMETHODIMP VrxPreviewImg::put_MousePointer(short value) {
-    return run([&] {
-        view_.setPointer(static_cast<MousePointer>(value));
-        pointerChanged_ = true;
-    });
+    return change(kMousePointer, pointerChanged_, [&] { kept_.pointer = static_cast<MousePointer>(value); });
 }
 
 STDMETHODIMP VrxPreviewImg::get_MouseIcon(IPictureDisp** value) {
-    return answer(value, [&] { return view_.icon().as<IPictureDisp>(); });
+    return answer(value, [&] { return kept_.icon.as<IPictureDisp>(); });
 }
 
 STDMETHODIMP VrxPreviewImg::putref_MouseIcon(IPictureDisp* value) {
-    return run([&] {
-        view_.setIcon(pictureOf(value));
-        iconChanged_ = true;
+    return change(kMouseIcon, iconChanged_, [&] { kept_.icon = pictureOf(value); });
+}
+
+/// S_FALSE where a receiver of property changes refuses it.
+template <class Assign>
+HRESULT VrxPreviewImg::change(DISPID property, bool& changed, Assign assign) {
+    bool allowed = false;
+    const HRESULT result = run([&] {
+        allowed = mayChange(property);
+        if (!allowed) return;
+        assign();
+        changed = true;
+        showProperties();
+        tellChanged(property);
     });
+    return result == S_OK && !allowed ? S_FALSE : result;
 }
 
 STDMETHODIMP VrxPreviewImg::FitPicture() {
@@ -127,36 +147,68 @@ STDMETHODIMP VrxPreviewImg::Get_Proportion(long* BoxWidth, long* BoxHeight, long
     return run([&] { place(*BoxWidth, *BoxHeight, *PictureWidth, *PictureHeight); });
 }
 
+STDMETHODIMP VrxPreviewImg::InitNew() {
+    return run([&] { setKeptProperties({}); });
+}
+
 STDMETHODIMP VrxPreviewImg::Load(IPropertyBag* bag, IErrorLog* log) {
     if (!bag) return E_POINTER;
-    return run([&] {
-        const Variant pointer = convert(readProperty(*bag, kMousePointer, VT_I2, log).get(), VT_I2);
-        const Variant icon = readProperty(*bag, kMouseIcon, VT_DISPATCH, log);
-        view_.setPointer(static_cast<MousePointer>(V_I2(&pointer.get())));
-        const bool isObject = V_VT(&icon.get()) == VT_DISPATCH || V_VT(&icon.get()) == VT_UNKNOWN;
-        view_.setIcon(isObject ? ComPtr<IUnknown>(V_UNKNOWN(&icon.get())).as<IPicture>()
-                               : ComPtr<IPicture>());
-        pointerChanged_ = iconChanged_ = false;
+    HRESULT refused = S_OK;
+    const HRESULT result = run([&] {
+        try {
+            setKeptProperties(readProperties(*bag, log));
+        } catch (const HresultFailure& failure) {
+            refused = failure.code;
+        }
     });
+    return FAILED(result) ? result : refused;
 }
 
 STDMETHODIMP VrxPreviewImg::Save(IPropertyBag* bag, BOOL clearDirty, BOOL saveAll) {
     if (!bag) return E_POINTER;
     HRESULT written = S_OK;
     const HRESULT result = run([&] {
-        if (saveAll || pointerChanged_) {
-            Variant pointer = makeInteger(static_cast<short>(view_.pointer()));
-            written = bag->Write(kMousePointer, &pointer.get());
-        }
-        if (SUCCEEDED(written) && (saveAll || iconChanged_)) {
-            Variant icon;
-            V_VT(&icon.get()) = VT_DISPATCH;
-            V_DISPATCH(&icon.get()) = view_.icon().as<IPictureDisp>().detach();
-            written = bag->Write(kMouseIcon, &icon.get());
-        }
-        if (clearDirty && SUCCEEDED(written)) pointerChanged_ = iconChanged_ = false;
+        if (saveAll || pointerChanged_) written = writePointer(*bag, kept_.pointer);
+        if (SUCCEEDED(written) && (saveAll || iconChanged_)) written = writeIcon(*bag, kept_.icon);
+        if (clearDirty && SUCCEEDED(written)) markSaved();
     });
     return FAILED(result) ? result : written;
+}
+
+void VrxPreviewImg::setKeptProperties(KeptProperties properties) {
+    std::swap(kept_, properties);
+    markSaved();
+    showProperties();
+}
+
+void VrxPreviewImg::showProperties() {
+    view_.setPointer(kept_.pointer);
+    view_.setIcon(kept_.icon);
+}
+
+void VrxPreviewImg::createWindow(HWND parent, const RECT& place) {
+    view_.create(parent, 0, place, WS_TABSTOP | PictureView::kEnterClicks);
+    if (window()) SetWindowTextW(window(), name().c_str());
+}
+
+std::wstring VrxPreviewImg::name() const {
+    const std::wstring& told = ole_.container().ambient().displayName;
+    return told.empty() ? kName : told;
+}
+
+/// What a designer sees: the control's name and, below it, its size in the units of the form.
+std::wstring VrxPreviewImg::label() const {
+    const std::wstring size = ole_.container().sizeText(ole_.extent());
+    return size.empty() ? name() : name() + L'\n' + size;
+}
+
+void VrxPreviewImg::ambientChanged() {
+    const Ambient& ambient = ole_.container().ambient();
+    const COLORREF background = ambient.backColor.value_or(GetSysColor(COLOR_APPWORKSPACE));
+    const COLORREF foreground = ambient.foreColor.value_or(GetSysColor(COLOR_WINDOWTEXT));
+    view_.setLook(background, foreground, ambient.userMode ? std::wstring() : label(),
+                  isRightToLeft(ambient.locale));
+    if (window()) SetWindowTextW(window(), name().c_str());
 }
 
 void VrxPreviewImg::viewResized() {
@@ -171,18 +223,34 @@ void VrxPreviewImg::viewResized() {
 /// The click may come in the object's last moments: an event's receiver may give it back.
 void VrxPreviewImg::viewClicked() {
     run([&] {
+        if (!ole_.takesEvents()) return;
         fire(kClick);
         if (owner_) owner_->previewClicked();
     });
 }
 
-void VrxPreviewImg::headerLoaded(std::int32_t dimX, std::int32_t dimY) {
-    view_.setPicture({});
-    if (dimX > 0 && dimY > 0) return frameFor(dimX, dimY);
-    view_.setFrame({});
+/// On a form that is being used the control takes the keyboard as others do.
+void VrxPreviewImg::viewPressed() {
+    if (ole_.container().site() && ole_.container().ambient().userMode && window()) SetFocus(window());
 }
 
-void VrxPreviewImg::pictureRefreshed(ComPtr<IPicture> picture) { view_.setPicture(std::move(picture)); }
+/// Who draws the control himself wants to know; a window is drawn by itself.
+void VrxPreviewImg::viewChanged() {
+    if (!window()) ole_.viewChanged();
+}
+
+/// The container may give back the control when it hears of the new picture.
+void VrxPreviewImg::headerLoaded(std::int32_t dimX, std::int32_t dimY) {
+    run([&] {
+        view_.setPicture({});
+        if (dimX > 0 && dimY > 0) return frameFor(dimX, dimY);
+        view_.setFrame({});
+    });
+}
+
+void VrxPreviewImg::pictureRefreshed(ComPtr<IPicture> picture) {
+    run([&] { view_.setPicture(std::move(picture)); });
+}
 
 void VrxPreviewImg::showFile(BSTR name) {
     file_ = toText(name);

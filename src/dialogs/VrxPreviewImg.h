@@ -1,5 +1,6 @@
-// The preview of the library's dialogs: a picture fitted into its area, of a picture file or of a CVrxHDR
-// object as that loads. The object is the automation of one child window.
+// The preview: a picture fitted into its area, of a picture file or of a CVrxHDR object as that loads. On the
+// library's own dialogs the object is the automation of one child window; on a host's form it is a control as
+// well, with that same window.
 #pragma once
 
 #include <windows.h>
@@ -11,6 +12,7 @@
 #include "VrxCommon.h"
 #include "com/connection_point.h"
 #include "com/object_base.h"
+#include "dialogs/control/ole_parts.h"
 #include "dialogs/controls/picture_view.h"
 #include "dialogs/hdr_events.h"
 
@@ -28,7 +30,6 @@ class BagPersistence : public IPersistPropertyBag {
         *classId = classId_;
         return S_OK;
     }
-    STDMETHODIMP InitNew() override { return S_OK; }
 
   protected:
     virtual ~BagPersistence() = default;
@@ -46,7 +47,8 @@ class PreviewOwner {
     ~PreviewOwner() = default;
 };
 
-class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, EventSource, BagPersistence>,
+class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, BindableEventSource, BagPersistence>,
+                            private ControlBody,
                             private PictureViewOwner,
                             private HdrListener {
   public:
@@ -59,7 +61,7 @@ class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, EventSource, BagPe
     void createInPlaceOf(HWND control);
     /// Is told beside the receivers of the control's events; null for none.
     void setOwner(PreviewOwner* owner) { owner_ = owner; }
-    [[nodiscard]] HWND window() const { return view_.window(); }
+    [[nodiscard]] HWND window() const override { return view_.window(); }
     [[nodiscard]] const ComPtr<IPicture>& picture() const { return view_.picture(); }
     /// Whether an HDR file that `File` has named is still being loaded.
     [[nodiscard]] bool loadsFile() const { return hdr_.previews(); }
@@ -89,20 +91,43 @@ class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, EventSource, BagPe
     STDMETHODIMP Get_Proportion(long* BoxWidth, long* BoxHeight, long* PictureWidth,
                                 long* PictureHeight) override;
 
+    STDMETHODIMP InitNew() override;
     STDMETHODIMP Load(IPropertyBag* bag, IErrorLog* log) override;
     STDMETHODIMP Save(IPropertyBag* bag, BOOL clearDirty, BOOL saveAll) override;
 
   private:
     ~VrxPreviewImg() override;
 
+    void* findPart(REFIID iid) override { return ole_.find(iid); }
+
+    // What a container does with the control.
+    void createWindow(HWND parent, const RECT& place) override;
+    void destroyWindow() override { view_.destroy(); }
+    void setDesignedSize(SIZE size) override { view_.setSize(size); }
+    void ambientChanged() override;
+    [[nodiscard]] PictureScene scene() const override { return view_.scene(); }
+    [[nodiscard]] const KeptProperties& keptProperties() const override { return kept_; }
+    void setKeptProperties(KeptProperties properties) override;
+    [[nodiscard]] bool isChanged() const override { return pointerChanged_ || iconChanged_; }
+    void markSaved() override { pointerChanged_ = iconChanged_ = false; }
+
     // The view's messages.
     void viewResized() override;
     void viewClicked() override;
+    void viewPressed() override;
+    void viewFocused(bool gained) override { ole_.focusChanged(gained); }
+    void viewChanged() override;
+    ComPtr<IUnknown> viewKeeper() override { return ComPtr<IUnknown>(static_cast<_VrxPreviewImg*>(this)); }
 
     // The HDR object's events.
     void headerLoaded(std::int32_t dimX, std::int32_t dimY) override;
     void pictureRefreshed(ComPtr<IPicture> picture) override;
 
+    [[nodiscard]] std::wstring name() const;
+    [[nodiscard]] std::wstring label() const;
+    template <class Assign>
+    HRESULT change(DISPID property, bool& changed, Assign assign);
+    void showProperties();
     void showFile(BSTR name);
     void fitPicture();
     void frameFor(std::int32_t width, std::int32_t height);
@@ -113,6 +138,8 @@ class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, EventSource, BagPe
     bool hdrFile_ = false;
     bool pointerChanged_ = false;
     bool iconChanged_ = false;
+    KeptProperties kept_;
+    OleParts ole_;
     PictureView view_;
     HdrConnection hdr_;
 };

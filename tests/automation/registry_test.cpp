@@ -104,6 +104,42 @@ void expectClass(HKEY root, const published::Class& expected) {
               ERROR_SUCCESS);
 }
 
+bool exists(HKEY root, const std::wstring& path) {
+    vrx::RegistryKey key;
+    return RegOpenKeyExW(root, (L"Software\\Classes\\" + path).c_str(), 0, KEY_READ, key.put()) ==
+           ERROR_SUCCESS;
+}
+
+/// What tool boxes look for, and nothing that says a page on the Internet may use it.
+void expectControl(HKEY root, const published::Class& expected) {
+    const std::wstring key = L"CLSID\\" + identifier(expected.name);
+    EXPECT_TRUE(exists(root, key + L"\\Control"));
+    EXPECT_FALSE(exists(root, key + L"\\Insertable"));
+    EXPECT_EQ(read(root, key + L"\\MiscStatus"), L"0");
+    // Recompose on resize 1, cannot link inside 16, inside out 128, activate when visible 256, set client
+    // site first 131072.
+    EXPECT_EQ(read(root, key + L"\\MiscStatus\\1"), L"131473");
+    const std::wstring picture = read(root, key + L"\\ToolboxBitmap32");
+    const std::wstring file = host::component().path() + L", ";
+    ASSERT_EQ(picture.substr(0, file.size()), file);
+    const int number = _wtoi(picture.c_str() + file.size());
+    const HMODULE module = GetModuleHandleW(host::component().path().c_str());
+    const vrx::Bitmap bitmap(LoadBitmapW(module, MAKEINTRESOURCEW(number)));
+    BITMAP description{};
+    EXPECT_EQ(GetObjectW(bitmap.get(), sizeof description, &description),
+              static_cast<int>(sizeof description));
+    EXPECT_EQ(description.bmWidth, 16);
+    EXPECT_EQ(description.bmHeight, 15);
+
+    const std::wstring categories = key + L"\\Implemented Categories\\";
+    EXPECT_TRUE(exists(root, categories + L"{40FC6ED4-2438-11CF-A3DB-080036F12502}"));   // controls
+    EXPECT_TRUE(exists(root, categories + L"{0DE86A57-2BAA-11CF-A229-00AA003D7352}"));   // property bags
+    EXPECT_TRUE(exists(root, categories + L"{0DE86A53-2BAA-11CF-A229-00AA003D7352}"));   // streams
+    EXPECT_TRUE(exists(root, categories + L"{0DE86A52-2BAA-11CF-A229-00AA003D7352}"));   // storages
+    EXPECT_FALSE(exists(root, categories + L"{7DD95801-9882-11CF-9FA9-00AA006C42C4}"));  // safe for scripting
+    EXPECT_FALSE(exists(root, categories + L"{7DD95802-9882-11CF-9FA9-00AA006C42C4}"));  // for initialising
+}
+
 void expectLibrary(HKEY root, const std::string& name, const wchar_t* resource) {
     const std::wstring key = L"TypeLib\\" + identifier(name) + L"\\1.0";
     EXPECT_EQ(read(root, key).substr(0, name.size()), wide(name));
@@ -123,7 +159,8 @@ void expectInterface(HKEY root, const std::string& name, const wchar_t* proxy) {
 void expectRegistered(HKEY root) {
     for (const published::Class& row : published::kClasses) {
         SCOPED_TRACE(row.name);
-        if (row.creatable) expectClass(root, row);
+        expectClass(root, row);
+        if (row.isControl) expectControl(root, row);
     }
     expectLibrary(root, "VrxCommon", L"\\1");
     expectLibrary(root, "VrxTypeLib", L"\\2");

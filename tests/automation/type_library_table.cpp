@@ -184,9 +184,9 @@ const std::vector<Enumeration> kEnumerations = {
 };
 
 const std::vector<Class> kClasses = {
-    {"CVrxHDR", "_CVrxHDR", "__CVrxHDR", true}, {"CVrxImage", "_CVrxImage", "", true},
-    {"ImageFX", "_ImageFX", "", true},          {"CVrxPattern", "_CVrxPattern", "", true},
-    {"CVrxFun", "_CVrxFun", "", true},          {"VrxPreviewImg", "_VrxPreviewImg", "__VrxPreviewImg", false},
+    {"CVrxHDR", "_CVrxHDR", "__CVrxHDR"}, {"CVrxImage", "_CVrxImage", ""},
+    {"ImageFX", "_ImageFX", ""},          {"CVrxPattern", "_CVrxPattern", ""},
+    {"CVrxFun", "_CVrxFun", ""},          {"VrxPreviewImg", "_VrxPreviewImg", "__VrxPreviewImg", true},
 };
 
 const std::vector<Identifier> kIdentifiers = {

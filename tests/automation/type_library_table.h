@@ -36,7 +36,7 @@ struct Class {
     std::string name;
     std::string interfaceName;
     std::string eventsName;  ///< empty without
-    bool creatable;
+    bool isControl = false;
 };
 
 /// What is known by a GUID: libraries, interfaces, events, classes, enumerations and records.

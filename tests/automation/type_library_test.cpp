@@ -125,8 +125,8 @@ TEST_P(TypeLibrary, NamesInterfaceAndEventsOfEveryClass) {
         ASSERT_TRUE(coclass);
         const TYPEATTR attributes = attributesOf(*coclass);
         ASSERT_EQ(attributes.typekind, TKIND_COCLASS);
-        EXPECT_EQ((attributes.wTypeFlags & TYPEFLAG_FCANCREATE) != 0, expected.creatable);
-        EXPECT_EQ((attributes.wTypeFlags & TYPEFLAG_FCONTROL) != 0, !expected.creatable);
+        EXPECT_TRUE(attributes.wTypeFlags & TYPEFLAG_FCANCREATE);
+        EXPECT_EQ((attributes.wTypeFlags & TYPEFLAG_FCONTROL) != 0, expected.isControl);
         EXPECT_NE(helpOf(*coclass, MEMBERID_NIL), "");
         std::string interfaceName;
         std::string eventsName;

@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../../docs/reference"
 
-# The preview control has no host among the samples.
+# The preview control's examples stand together, on the page about forms.
 mapfile -t pages < <(find . -name '*.md' ! -name VrxPreviewImg.md | sort)
 awk '
     function finish() {

@@ -6,7 +6,7 @@ set -euo pipefail
 shopt -s failglob
 cd "$1"
 
-system='^(advapi32|comctl32|comdlg32|gdi32|kernel32|msvcrt|ole32|oleaut32|shell32|shlwapi|user32|version)\.dll$'
+system='^(advapi32|comctl32|comdlg32|gdi32|kernel32|msvcrt|ole32|oleacc|oleaut32|shell32|shlwapi|user32|version)\.dll$'
 
 failed=0
 for library in *.dll; do

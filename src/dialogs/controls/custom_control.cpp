@@ -1,6 +1,7 @@
 #include "dialogs/controls/custom_control.h"
 
 #include <mutex>
+#include <utility>
 
 #include "com/entry.h"
 #include "common/win32_error.h"
@@ -44,7 +45,7 @@ CustomControl::~CustomControl() { destroy(); }
 void CustomControl::destroy() {
     if (!window_) return;
     SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
-    DestroyWindow(window_);
+    DestroyWindow(std::exchange(window_, nullptr));
 }
 
 void CustomControl::create(HWND parent, int id, DWORD style, const RECT& place) {
@@ -52,6 +53,8 @@ void CustomControl::create(HWND parent, int id, DWORD style, const RECT& place) 
                               place.top, place.right - place.left, place.bottom - place.top, parent,
                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), moduleInstance(), this);
     if (!window_) throw win32Error(GetLastError());
+    // The parent hears of it before we do, and may have ended it by now.
+    if (!IsWindow(window_)) window_ = nullptr;
 }
 
 LRESULT CALLBACK CustomControl::procedure(HWND window, UINT message, WPARAM wide, LPARAM longer) {

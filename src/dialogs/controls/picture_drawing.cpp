@@ -16,6 +16,29 @@ HBITMAP plainBitmap(IPicture& picture) {
     return bitmapOf(picture);
 }
 
+/// Printers and metafiles of theirs take a bitmap's bits, but not always what a bitmap of the screen's holds.
+bool isScreen(HDC dc) {
+    const DWORD kind = GetObjectType(dc);
+    return kind != OBJ_METADC && kind != OBJ_ENHMETADC && GetDeviceCaps(dc, TECHNOLOGY) == DT_RASDISPLAY;
+}
+
+/// True when it was drawn.
+bool stretchBits(HDC dc, IPicture& picture, const RECT& frame) {
+    try {
+        PicturePixels pixels = readPixels(picture);
+        BITMAPINFO info{};
+        info.bmiHeader = header24(pixels.width, pixels.height);
+        info.bmiHeader.biSizeImage = static_cast<DWORD>(pixels.rows().size());  // metafiles go by it
+        SetStretchBltMode(dc, COLORONCOLOR);
+        const int drawn =
+            StretchDIBits(dc, frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top, 0, 0,
+                          pixels.width, pixels.height, pixels.rows().data(), &info, DIB_RGB_COLORS, SRCCOPY);
+        return drawn != static_cast<int>(GDI_ERROR);
+    } catch (const Error&) {
+        return false;
+    }
+}
+
 /// True when it was drawn.
 bool stretchBitmap(HDC dc, HBITMAP bitmap, const RECT& frame) {
     BITMAP description{};
@@ -43,7 +66,9 @@ HBITMAP makeCanvas(HDC screen, IPicture* picture, int width, int height) {
 }
 
 void drawPicture(HDC dc, IPicture& picture, const RECT& frame) {
-    if (stretchBitmap(dc, plainBitmap(picture), frame)) return;
+    const HBITMAP bitmap = plainBitmap(picture);
+    if (bitmap && !isScreen(dc) && stretchBits(dc, picture, frame)) return;
+    if (stretchBitmap(dc, bitmap, frame)) return;
     OLE_XSIZE_HIMETRIC width = 0;
     OLE_YSIZE_HIMETRIC height = 0;
     if (FAILED(picture.get_Width(&width)) || FAILED(picture.get_Height(&height))) return;

@@ -1,16 +1,22 @@
 #include "dialogs/controls/picture_view.h"
 
 #include <cstdlib>
+#include <tuple>
 #include <utility>
 
 #include "common/device_context.h"
 #include "common/win_resource.h"
+#include "dialogs/controls/accessible_view.h"
 #include "dialogs/controls/picture_drawing.h"
+#include "dialogs/dpi.h"
 
 namespace vrx {
 namespace {
 
 constinit ControlClass viewClass{L"VrxCommon.PictureView", 0};
+
+// The parent has moved to a screen of another resolution; systems older than this message send none.
+constexpr UINT kDpiChangedAfterParent = 0x02E3;
 
 }  // namespace
 
@@ -21,30 +27,54 @@ PictureView::~PictureView() { destroy(); }
 
 void PictureView::create(HWND parent, int id, const RECT& place, DWORD style) {
     CustomControl::create(parent, id, WS_VISIBLE | style, place);
+    resized();
+}
+
+void PictureView::resized() {
+    RECT inner{};
+    if (!window() || !GetClientRect(window(), &inner)) return;
+    scene_.size = {inner.right, inner.bottom};
+    scene_.dpi = dpiOf(window());
     owner_.viewResized();
 }
 
-SIZE PictureView::size() const {
-    RECT inner{};
-    if (window()) GetClientRect(window(), &inner);
-    return {inner.right, inner.bottom};
+void PictureView::setSize(SIZE size) {
+    if (window()) return;
+    scene_.size = size;
+    scene_.dpi = screenDpi().y;
+    owner_.viewResized();
+    owner_.viewChanged();
 }
 
+void PictureView::setLook(COLORREF background, COLORREF foreground, std::wstring label, bool rightToLeft) {
+    if (std::tie(scene_.background, scene_.foreground, scene_.label, scene_.rightToLeft) ==
+        std::tie(background, foreground, label, rightToLeft))
+        return;
+    scene_.background = background;
+    scene_.foreground = foreground;
+    scene_.label = std::move(label);
+    scene_.rightToLeft = rightToLeft;
+    invalidate();
+}
+
+/// The old picture goes last: it may be one of the host's own.
 void PictureView::setPicture(ComPtr<IPicture> picture) {
-    picture_ = std::move(picture);
+    std::swap(scene_.picture, picture);
     invalidate();
 }
 
 void PictureView::setFrame(const RECT& frame) {
-    frame_ = frame;
+    scene_.frame = frame;
     invalidate();
 }
 
 void PictureView::invalidate() const {
     if (window()) InvalidateRect(window(), nullptr, FALSE);
+    owner_.viewChanged();
 }
 
 std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM longer) {
+    const ComPtr<IUnknown> keeper = owner_.viewKeeper();
     const POINT pointer{static_cast<short>(LOWORD(longer)), static_cast<short>(HIWORD(longer))};
     switch (message) {
         case WM_ERASEBKGND:
@@ -53,9 +83,11 @@ std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM lon
             paint();
             return 0;
         case WM_SIZE:
-            owner_.viewResized();
+        case kDpiChangedAfterParent:
+            resized();
             return 0;
         case WM_LBUTTONDOWN:
+            owner_.viewPressed();
             press(pointer);
             return 0;
         case WM_LBUTTONUP:
@@ -68,19 +100,27 @@ std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM lon
             if (!((wide & MK_LBUTTON) && drag(pointer))) point(pointer);
             return 0;
         case WM_GETDLGCODE:
-            if (!has(kKeysForParent)) return std::nullopt;
-            return DLGC_WANTARROWS;
+            if (has(kKeysForParent)) return DLGC_WANTARROWS;
+            if (wide == VK_RETURN && clicks(wide)) return DLGC_WANTMESSAGE;
+            return std::nullopt;
         case WM_MOUSEWHEEL:
         case kHorizontalWheel:
         case WM_KEYDOWN:
             if (has(kKeysForParent)) return SendMessageW(GetParent(window()), message, wide, longer);
-            if (message != WM_KEYDOWN || wide != VK_SPACE || !takesKeys()) return std::nullopt;
+            if (message != WM_KEYDOWN || !clicks(wide)) return std::nullopt;
+            owner_.viewClicked();
+            return 0;
+        case BM_CLICK:
             owner_.viewClicked();
             return 0;
         case WM_SETFOCUS:
         case WM_KILLFOCUS:
-            if (takesKeys()) invalidate();
+            if (takesKeys()) InvalidateRect(window(), nullptr, FALSE);
+            owner_.viewFocused(message == WM_SETFOCUS);
             return 0;
+        case WM_GETOBJECT:
+            if (const LRESULT object = accessibleView(window(), wide, longer)) return object;
+            return std::nullopt;
         case WM_SETCURSOR:
             if (LOWORD(longer) == HTCLIENT && showPointer()) return TRUE;
             return std::nullopt;
@@ -96,7 +136,7 @@ std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM lon
 }
 
 void PictureView::point(POINT pointer) const {
-    if (PtInRect(&frame_, pointer)) owner_.viewPointed(pointer.x - frame_.left, pointer.y - frame_.top);
+    if (PtInRect(&frame(), pointer)) owner_.viewPointed(pointer.x - frame().left, pointer.y - frame().top);
 }
 
 /// Only where the view is what the mouse is over, and not another window in front of it.
@@ -107,7 +147,7 @@ void PictureView::pointAgain() const {
 }
 
 void PictureView::press(POINT pointer) {
-    if (!PtInRect(&frame_, pointer)) return;
+    if (!window() || !PtInRect(&frame(), pointer)) return;
     press_ = Press{pointer, false};
     SetCapture(window());
 }
@@ -129,7 +169,7 @@ bool PictureView::drag(POINT pointer) {
 /// drag.
 void PictureView::release(POINT pointer) {
     const std::optional<Press> press = std::exchange(press_, {});
-    const bool clicked = press && !press->drags && PtInRect(&frame_, pointer);
+    const bool clicked = press && !press->drags && PtInRect(&frame(), pointer);
     if (GetCapture() == window()) ReleaseCapture();
     if (clicked) owner_.viewClicked();
 }
@@ -137,7 +177,7 @@ void PictureView::release(POINT pointer) {
 bool PictureView::showPointer() const {
     POINT pointer{};
     if (!GetCursorPos(&pointer) || !ScreenToClient(window(), &pointer)) return false;
-    const bool over = PtInRect(&frame_, pointer);
+    const bool over = PtInRect(&frame(), pointer);
     HCURSOR cursor = over && pointer_ == MousePointer::Custom ? iconCursor(icon_.get()) : nullptr;
     if (!cursor) cursor = LoadCursorW(nullptr, over ? cursorOf(pointer_) : IDC_ARROW);
     SetCursor(cursor);
@@ -151,6 +191,10 @@ bool PictureView::has(DWORD style) const {
 /// Some dialogs give the focus to their only control, be it a tab stop or not.
 bool PictureView::takesKeys() const { return has(WS_TABSTOP) && !has(kKeysForParent); }
 
+bool PictureView::clicks(WPARAM key) const {
+    return takesKeys() && (key == VK_SPACE || (key == VK_RETURN && has(kEnterClicks)));
+}
+
 /// Everything is drawn off screen first, so that neither the background nor half a picture is ever seen.
 void PictureView::paint() {
     const Painting painting(window());
@@ -158,24 +202,21 @@ void PictureView::paint() {
     const int width = area.right - area.left;
     const int height = area.bottom - area.top;
     if (!painting.dc() || width <= 0 || height <= 0) return;
-    const Bitmap canvas(makeCanvas(painting.dc(), picture_.get(), width, height));
+    const Bitmap canvas(makeCanvas(painting.dc(), picture().get(), width, height));
     const BitmapDc buffer(canvas.get());
     if (!buffer) {
-        draw(painting.dc(), area);
+        draw(painting.dc());
         return;
     }
     SetViewportOrgEx(buffer.get(), -area.left, -area.top, nullptr);
-    draw(buffer.get(), area);
+    draw(buffer.get());
     BitBlt(painting.dc(), area.left, area.top, width, height, buffer.get(), area.left, area.top, SRCCOPY);
 }
 
-void PictureView::draw(HDC dc, const RECT& area) const {
-    FillRect(dc, &area, GetSysColorBrush(COLOR_APPWORKSPACE));
-    if (picture_) drawPicture(dc, *picture_.get(), frame_);
-    if (!takesKeys() || GetFocus() != window()) return;
-    RECT inner{};
-    GetClientRect(window(), &inner);
-    DrawFocusRect(dc, &inner);
+void PictureView::draw(HDC dc) const {
+    const RECT inner{0, 0, scene_.size.cx, scene_.size.cy};
+    drawScene(dc, inner, scene_);
+    if (takesKeys() && GetFocus() == window()) DrawFocusRect(dc, &inner);
 }
 
 }  // namespace vrx

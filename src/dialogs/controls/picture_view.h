@@ -11,6 +11,7 @@
 #include "com/com_ptr.h"
 #include "dialogs/controls/custom_control.h"
 #include "dialogs/controls/mouse_pointer.h"
+#include "dialogs/controls/picture_scene.h"
 
 namespace vrx {
 
@@ -27,6 +28,14 @@ class PictureViewOwner {
     /// By so many pixels since the last time, with the left button; false where there is nothing to drag.
     virtual bool viewDragged(int /*right*/, int /*down*/) { return false; }
     virtual void viewScrolled(int /*bar*/, int /*code*/) {}
+    /// The left button went down, wherever in the view.
+    virtual void viewPressed() {}
+    virtual void viewFocused(bool /*gained*/) {}
+    /// It looks different now.
+    virtual void viewChanged() {}
+    /// Holds the owner and its view while a message is handled, whatever happens to them in it; empty for an
+    /// owner that nobody else can end.
+    virtual ComPtr<IUnknown> viewKeeper() { return {}; }
 
   protected:
     ~PictureViewOwner() = default;
@@ -39,17 +48,28 @@ class PictureView final : public CustomControl {
 
     /// A style: what the view gets of keys and turns of the wheel is its parent's.
     static constexpr DWORD kKeysForParent = 1;
+    /// A style: Enter clicks as the space bar does, and is no default button's.
+    static constexpr DWORD kEnterClicks = 2;
 
     /// Makes the window, with these styles besides its own; without one the view keeps its picture and frame
     /// all the same.
     void create(HWND parent, int id, const RECT& place, DWORD style = 0);
+    /// Ends the window; picture and frame stay.
+    using CustomControl::destroy;
     /// The inner area.
-    [[nodiscard]] SIZE size() const;
+    [[nodiscard]] SIZE size() const { return scene_.size; }
+    /// The same, as long as there is no window.
+    void setSize(SIZE size);
 
-    [[nodiscard]] const ComPtr<IPicture>& picture() const { return picture_; }
+    [[nodiscard]] const PictureScene& scene() const { return scene_; }
+    /// What surrounds the picture, and the label in place of the picture. Changes nothing where it is so
+    /// already.
+    void setLook(COLORREF background, COLORREF foreground, std::wstring label, bool rightToLeft);
+
+    [[nodiscard]] const ComPtr<IPicture>& picture() const { return scene_.picture; }
     /// Empty for none.
     void setPicture(ComPtr<IPicture> picture);
-    [[nodiscard]] const RECT& frame() const { return frame_; }
+    [[nodiscard]] const RECT& frame() const { return scene_.frame; }
     void setFrame(const RECT& frame);
     /// Tells the owner where a resting mouse points, for a frame that has moved under it.
     void pointAgain() const;
@@ -69,20 +89,21 @@ class PictureView final : public CustomControl {
 
     std::optional<LRESULT> handle(UINT message, WPARAM wide, LPARAM longer) override;
     void point(POINT pointer) const;
+    void resized();
     void press(POINT pointer);
     bool drag(POINT pointer);
     void release(POINT pointer);
     void paint();
-    void draw(HDC dc, const RECT& area) const;
+    void draw(HDC dc) const;
+    [[nodiscard]] bool clicks(WPARAM key) const;
     [[nodiscard]] bool showPointer() const;
     [[nodiscard]] bool has(DWORD style) const;
     [[nodiscard]] bool takesKeys() const;
     void invalidate() const;
 
     PictureViewOwner& owner_;
-    ComPtr<IPicture> picture_;
+    PictureScene scene_;
     ComPtr<IPicture> icon_;
-    RECT frame_{};
     MousePointer pointer_ = MousePointer::Default;
     std::optional<Press> press_;
 };
