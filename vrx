@@ -11,6 +11,8 @@ VrxCommon: a COM automation component for HDR pictures (Windows), built and test
                                      without a picture, one is made (OUTDIR: build/demo)
   ./vrx demo --see [PICTURE.hdr]     show a picture in the zoom window; without a display, in build/demo/see.png
   ./vrx demo --dialog [PICTURE.hdr]  open the dialog that loads HDR pictures; without a display, build/demo/dialog.png
+  ./vrx demo --control [PICTURE.hdr] show a picture in the preview control on a form, with sliders for exposure and gamma;
+                                     without a display, in build/demo/control.png
   ./vrx test [--win64]               run every test: engine, component and samples in Wine, package, fuzz corpus
   ./vrx test --checked               run the component's tests with traps for undefined behaviour
   ./vrx test --faults                let every call of the system fail in every call of the component, call members at random

@@ -1,9 +1,10 @@
 #!/bin/bash
-# demo.sh --see|--dialog [PICTURE.hdr] - shows a picture, or the dialog that loads one (demo_window.sh).
+# demo.sh --see|--dialog|--control [PICTURE.hdr] - shows a picture, the dialog that loads one, or the preview control on a
+# form (demo_window.sh).
 # demo.sh [PICTURE.hdr] [OUTDIR] - writes exposures of a picture as BMP and JPEG files, through a script host in Wine.
 
 . "$(dirname "$0")/common.sh"
-[[ ${1:-} != --see && ${1:-} != --dialog ]] || exec "$tools/demo_window.sh" "$@"
+[[ ${1:-} != --see && ${1:-} != --dialog && ${1:-} != --control ]] || exec "$tools/demo_window.sh" "$@"
 . "$tools/wine_session.sh"
 
 picture=${1:-}

@@ -1,6 +1,7 @@
 #!/bin/bash
 # demo_window.sh --see [PICTURE.hdr] - shows a picture in the zoom window, through a script host in Wine.
 # demo_window.sh --dialog [PICTURE.hdr] - opens the dialog that loads HDR pictures, in the picture's folder.
+# demo_window.sh --control [PICTURE.hdr] - shows a picture in the preview control on the form of a program.
 # On a machine without a display it takes a screenshot of the window and closes it.
 
 . "$(dirname "$0")/common.sh"
@@ -8,8 +9,9 @@
 
 kind=${1#--}
 case $kind in
-    see) sample=see.vbs caption=Viewer ;;
-    dialog) sample=load_dialog.vbs caption='Load HDR Picture' ;;
+    see) sample=(cscript //nologo "$(windows_path "$repo/samples/vbscript/see.vbs")") caption=Viewer ;;
+    dialog) sample=(cscript //nologo "$(windows_path "$repo/samples/vbscript/load_dialog.vbs")") caption='Load HDR Picture' ;;
+    control) sample=("$build/win32/bin/preview_form.exe") caption='Preview form' ;;
 esac
 picture=${2:-}
 outdir=$build/demo
@@ -50,7 +52,7 @@ if [[ -z $picture ]]; then
     in_wine 120 "$build/win32/bin/make_sky.exe" "$(windows_path "$picture")"
 fi
 
-show=(cscript //nologo "$(windows_path "$repo/samples/vbscript/$sample")" "$(windows_path "$picture")")
+show=("${sample[@]}" "$(windows_path "$picture")")
 if [[ -n $users_display ]]; then
     use_users_display
     say "Showing the window \"$caption\" (Esc closes it)"

@@ -58,7 +58,7 @@ cp -r "$repo"/{LICENSE,samples} "$content"
 rm "$content"/samples/{README.md,cpp/CMakeLists.txt}
 write_help "$content"
 mkdir "$content/samples/bin"
-cp "$products"/{black_and_white,contact_sheet,make_sky,preview_with_cancel,registration_free,tour}.exe \
+cp "$products"/{black_and_white,contact_sheet,make_sky,preview_form,preview_with_cancel,registration_free,tour}.exe \
     "$products/registration_free.exe.manifest" \
     "$content/samples/bin"
 find "$content" \( -name '*.dll' -o -name '*.exe' \) -exec strip {} +

@@ -150,6 +150,13 @@ preview_with_cancel_cpp() {
         diff printed <(printf '%s\n' 'header: 768 x 384' 'refresh '{1..3} finished 'ended early')
 }
 
+# A user looks at the form and closes it.
+preview_form_cpp() {
+    in_folder preview_form_cpp
+    in_wine 240 "$build/win$bits/bin/dialog_user.exe" 'Preview form' >user 2>&1 &
+    program preview_form sky.hdr && wait $! && diff printed <(printf '%s\n' '768 x 384' closed) || { cat user && return 1; }
+}
+
 black_and_white_cpp() {
     in_folder black_and_white_cpp
     script vbscript/exposures.vbs sky.hdr . && program black_and_white sky_16.bmp two_colours.bmp 100 &&
@@ -197,6 +204,7 @@ check "paths_and_keys.vbs and paths_and_keys.js" paths_and_keys
 check "tour.cpp" tour_cpp
 check "contact_sheet.cpp" contact_sheet_cpp
 check "preview_with_cancel.cpp" preview_with_cancel_cpp
+check "preview_form.cpp" preview_form_cpp
 check "black_and_white.cpp" black_and_white_cpp
 check "all_dialogs.vbs" all_dialogs_vbs
 check "scripts tell how they are called" usage vbscript/reference/{CVrxHDR,CVrxImage,ImageFX}.vbs vbscript/{tour,exposures,folder_to_jpg,blur,bmp_to_jpg,pattern_ramp,events}.vbs
