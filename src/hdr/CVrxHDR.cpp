@@ -300,10 +300,7 @@ Variant CVrxHDR::copyOfPixels() const {
 
 void CVrxHDR::convertToBmp(const std::u16string& path, float exposure, float gamma) {
     const BitmapRows rows = picture_.convert(exposure, gamma);
-    recordErrors(RasterImage::kClassName, [&] {
-        if (rows.height == 0) throw platformError(Platform::InvalidPicture);
-        RasterImage::saveRows(path, rows);
-    });
+    recordErrors(RasterImage::kClassName, [&] { RasterImage::saveRows(path, rows); });
 }
 
 /// Every failure of writing is the same error to the host; the user is told the reason.

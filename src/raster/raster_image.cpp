@@ -1,5 +1,6 @@
 #include "raster/raster_image.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -52,6 +53,11 @@ struct DrawableInfo {
 
     [[nodiscard]] const BITMAPINFO& get() const { return *reinterpret_cast<const BITMAPINFO*>(&record); }
 };
+
+/// What pixels without sizes are drawn as.
+BitmapRows blackPixel() {
+    return {1, 1, [](std::uint32_t, std::uint8_t* bgr) { std::fill_n(bgr, 3, std::uint8_t{0}); }};
+}
 
 BmpInfo infoOf(std::int32_t width, std::int32_t height) {
     BmpInfo info{};
@@ -161,7 +167,8 @@ std::u16string RasterImage::saveBmp(const std::u16string& path) {
 
 std::u16string RasterImage::saveRows(const std::u16string& path, const BitmapRows& rows) {
     const std::u16string target = targetOf(path);
-    replaceFile(target, [&rows](ByteSink& file) { encodeBmp(rows, file); });
+    const BitmapRows drawn = rows.width == 0 || rows.height == 0 ? blackPixel() : rows;
+    replaceFile(target, [&drawn](ByteSink& file) { encodeBmp(drawn, file); });
     return target;
 }
 
