@@ -15,8 +15,8 @@ namespace {
 using Import = std::pair<std::string, std::string>;  // library, function
 
 const std::set<std::string> kSystemLibraries = {
-    "ADVAPI32.DLL", "COMCTL32.DLL", "COMDLG32.DLL", "GDI32.DLL",   "KERNEL32.DLL", "MSVCRT.DLL",
-    "OLE32.DLL",    "OLEAUT32.DLL", "SHELL32.DLL",  "SHLWAPI.DLL", "USER32.DLL",   "VERSION.DLL",
+    "ADVAPI32.DLL", "COMCTL32.DLL", "COMDLG32.DLL", "GDI32.DLL",   "KERNEL32.DLL", "MSVCRT.DLL",  "OLE32.DLL",
+    "OLEACC.DLL",   "OLEAUT32.DLL", "SHELL32.DLL",  "SHLWAPI.DLL", "USER32.DLL",   "VERSION.DLL",
 };
 
 // Calls of kernel32 and advapi32 that run-time libraries like to use and that Windows XP does not have.
@@ -62,8 +62,13 @@ const std::set<std::string> kMissingOnXp = {
 // Calls that change the host's process. SetCurrentDirectoryW is none of them: it takes back what the system's
 // file dialog does on Windows XP.
 const std::set<std::string> kForbidden = {
-    "SetCurrentDirectoryA",        "SetThreadLocale", "SetUnhandledExceptionFilter", "SetProcessDPIAware",
-    "AddVectoredExceptionHandler", "SetErrorMode",    "SetDllDirectoryW",
+    "SetCurrentDirectoryA",
+    "SetThreadLocale",
+    "SetUnhandledExceptionFilter",
+    "SetProcessDPIAware",
+    "AddVectoredExceptionHandler",
+    "SetErrorMode",
+    "SetDllDirectoryW",
 };
 
 /// The module is mapped by the loader, so its tables can be read in place.
@@ -81,7 +86,8 @@ std::vector<Import> importsOf(HMODULE module) {
         const auto* entry = reinterpret_cast<const IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
         for (; entry->u1.AddressOfData != 0; ++entry) {
             if (IMAGE_SNAP_BY_ORDINAL(entry->u1.Ordinal)) {
-                imports.emplace_back(name, std::string("#").append(std::to_string(IMAGE_ORDINAL(entry->u1.Ordinal))));
+                imports.emplace_back(
+                    name, std::string("#").append(std::to_string(IMAGE_ORDINAL(entry->u1.Ordinal))));
             } else {
                 const auto* named =
                     reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + entry->u1.AddressOfData);
