@@ -5,7 +5,6 @@
 
 #include <oaidl.h>
 
-#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -34,7 +33,10 @@ HRESULT guarded(const ClassIdentity& identity, Body&& body) noexcept {
 /// The number that stands for an enumeration's value; a host may pass one that the enumeration does not have.
 template <class Enumeration>
 [[nodiscard]] std::int32_t numberOf(const Enumeration& value) {
-    return std::bit_cast<std::int32_t>(value);
+    std::int32_t number;
+    static_assert(sizeof number == sizeof value);
+    std::memcpy(&number, &value, sizeof number);
+    return number;
 }
 
 /// Stores what a method found in the result that its host gave.
