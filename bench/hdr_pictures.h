@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "common/engine/byte_sink.h"
+#include "ground/byte_sink.h"
 #include "hdr/engine/rgbe_store.h"
 
 namespace vrx::bench {

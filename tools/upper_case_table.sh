@@ -5,7 +5,7 @@
 . "$tools/packages.sh"
 
 install_packages unicode
-table=$repo/src/common/engine/upper_case_table.inc
+table=$repo/src/ground/upper_case_table.inc
 
 # One row per run of characters with the same distance (up or down) to their capital letter: first, last, step, distance.
 awk -F';' '

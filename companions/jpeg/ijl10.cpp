@@ -6,7 +6,7 @@
 #include <new>
 
 #include "com/thread_library.h"
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "jpeg/codec_calls.h"
 #include "jpeg/engine/record_check.h"
 #include "jpeg/engine/status.h"

@@ -8,7 +8,7 @@
 #include "com/entry.h"
 #include "com/enumerator.h"
 #include "com/variant_convert.h"
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

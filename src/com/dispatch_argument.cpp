@@ -8,7 +8,7 @@
 #include "com/com_ptr.h"
 #include "com/hresult_failure.h"
 #include "com/type_library.h"
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <oaidl.h>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 

@@ -10,8 +10,8 @@
 #include "com/hresult_failure.h"
 #include "com/module.h"
 #include "com/registry_rows.h"
-#include "common/engine/error.h"
 #include "common/win_resource.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "com/entry.h"
-#include "common/engine/bytes.h"
-#include "common/engine/error.h"
+#include "ground/bytes.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

@@ -1,10 +1,10 @@
 #include "common/CVrxFun.h"
 
-#include "common/engine/error_record.h"
-#include "common/engine/keys.h"
-#include "common/engine/paths.h"
 #include "common/frmMessage.h"
 #include "common/message_box.h"
+#include "ground/error_record.h"
+#include "ground/keys.h"
+#include "ground/paths.h"
 
 namespace vrx {
 namespace {

@@ -13,10 +13,10 @@
 #include <string>
 #include <vector>
 
-#include "common/engine/byte_sink.h"
-#include "common/engine/bytes.h"
 #include "common/file_traits.h"
 #include "common/win_resource.h"
+#include "ground/byte_sink.h"
+#include "ground/bytes.h"
 
 namespace vrx {
 

@@ -1,7 +1,7 @@
 // Keeps a call that shows a dialog from being made again while the dialog is shown.
 #pragma once
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 

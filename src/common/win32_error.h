@@ -1,7 +1,7 @@
 // The operating system's error codes as the errors that VB hosts know.
 #pragma once
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 

@@ -3,13 +3,13 @@
 #include <utility>
 
 #include "com/hresult_failure.h"
-#include "common/engine/error.h"
 #include "common/message_loop.h"
 #include "dialogs/control/property_bag.h"
 #include "dialogs/dpi.h"
 #include "dialogs/engine/preview_frame.h"
 #include "dialogs/picture_size.h"
 #include "dialogs/window_place.h"
+#include "ground/error.h"
 #include "raster/picture_file.h"
 
 namespace vrx {

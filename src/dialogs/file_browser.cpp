@@ -1,13 +1,13 @@
 #include "dialogs/file_browser.h"
 
 #include "com/variant_convert.h"
-#include "common/engine/error.h"
-#include "common/engine/upper_case.h"
 #include "common/host_program.h"
 #include "common/message_box.h"
 #include "dialogs/engine/file_names.h"
 #include "dialogs/resource.h"
 #include "dialogs/tool_tip.h"
+#include "ground/error.h"
+#include "ground/upper_case.h"
 
 namespace vrx {
 namespace {

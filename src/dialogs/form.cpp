@@ -5,12 +5,12 @@
 
 #include "com/entry.h"
 #include "com/variant_convert.h"
-#include "common/engine/error.h"
 #include "common/interactive.h"
 #include "common/message_loop.h"
 #include "common/owner_window.h"
 #include "dialogs/dpi.h"
 #include "dialogs/visual_styles.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

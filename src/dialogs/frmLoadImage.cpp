@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "common/engine/error.h"
 #include "dialogs/resource.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

@@ -5,12 +5,12 @@
 
 #include "com/error_info.h"
 #include "com/variant_convert.h"
-#include "common/engine/upper_case.h"
 #include "common/file_io.h"
 #include "common/host_program.h"
 #include "dialogs/engine/file_names.h"
 #include "dialogs/resource.h"
 #include "dialogs/wait_cursor.h"
+#include "ground/upper_case.h"
 
 namespace vrx {
 namespace {

@@ -6,7 +6,7 @@
 #include "com/entry.h"
 #include "com/error_info.h"
 #include "com/variant_convert.h"
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "hdr/hdr_friend.h"
 
 namespace vrx {

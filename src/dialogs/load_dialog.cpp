@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "com/entry.h"
-#include "common/engine/decimal_text.h"
 #include "dialogs/engine/file_names.h"
 #include "dialogs/frmZoom.h"
 #include "dialogs/resource.h"
 #include "dialogs/settings_store.h"
+#include "ground/decimal_text.h"
 
 namespace vrx {
 namespace {

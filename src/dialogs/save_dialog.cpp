@@ -2,14 +2,14 @@
 
 #include <new>
 
-#include "common/engine/blanks.h"
-#include "common/engine/decimal_text.h"
-#include "common/engine/error.h"
 #include "common/file_io.h"
 #include "common/message_box.h"
 #include "dialogs/resource.h"
 #include "dialogs/settings_store.h"
 #include "dialogs/wait_cursor.h"
+#include "ground/blanks.h"
+#include "ground/decimal_text.h"
+#include "ground/error.h"
 #include "raster/cDIBSection.h"
 #include "raster/mIntelJPEGLibrary.h"
 #include "raster/picture_file.h"

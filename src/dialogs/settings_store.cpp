@@ -12,8 +12,8 @@
 #include "VrxSettings.h"
 #include "com/com_ptr.h"
 #include "com/variant_convert.h"
-#include "common/engine/decimal_text.h"
 #include "common/host_program.h"
+#include "ground/decimal_text.h"
 
 namespace vrx {
 namespace {

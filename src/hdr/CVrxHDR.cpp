@@ -4,9 +4,6 @@
 #include <new>
 
 #include "common/clipboard.h"
-#include "common/engine/blanks.h"
-#include "common/engine/error_record.h"
-#include "common/engine/rounding.h"
 #include "common/file_io.h"
 #include "common/message_box.h"
 #include "common/message_loop.h"
@@ -14,6 +11,9 @@
 #include "dialogs/frmLoadHDR.h"
 #include "dialogs/frmSaveHDR.h"
 #include "dialogs/frmZoom.h"
+#include "ground/blanks.h"
+#include "ground/error_record.h"
+#include "ground/rounding.h"
 #include "hdr/engine/hdr_error.h"
 #include "raster/raster_image.h"
 

@@ -6,8 +6,6 @@
 
 #include "com/variant_convert.h"
 #include "common/device_context.h"
-#include "common/engine/decimal_text.h"
-#include "common/engine/error.h"
 #include "common/message_box.h"
 #include "common/modWinProc.h"
 #include "common/owner_window.h"
@@ -15,6 +13,8 @@
 #include "dialogs/resource.h"
 #include "dialogs/settings_store.h"
 #include "dialogs/window_place.h"
+#include "ground/decimal_text.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

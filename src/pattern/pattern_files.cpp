@@ -1,7 +1,7 @@
 #include "pattern/pattern_files.h"
 
-#include "common/engine/paths.h"
 #include "common/file_io.h"
+#include "ground/paths.h"
 #include "pattern/engine/pattern_file.h"
 
 namespace vrx {

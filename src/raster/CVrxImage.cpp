@@ -1,12 +1,12 @@
 #include "raster/CVrxImage.h"
 
 #include "common/clipboard.h"
-#include "common/engine/error_record.h"
-#include "common/engine/rounding.h"
 #include "common/reentry_guard.h"
 #include "dialogs/frmLoadImage.h"
 #include "dialogs/frmSaveImage.h"
 #include "dialogs/frmZoom.h"
+#include "ground/error_record.h"
+#include "ground/rounding.h"
 
 namespace vrx {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <olectl.h>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "raster/engine/bitmap24.h"
 
 namespace vrx {

@@ -6,8 +6,8 @@
 
 #include "com/com_ptr.h"
 #include "common/device_context.h"
-#include "common/engine/error.h"
 #include "common/message_box.h"
+#include "ground/error.h"
 #include "raster/drawing_surface.h"
 #include "raster/engine/noise.h"
 #include "raster/engine/resample.h"

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "common/device_context.h"
-#include "common/engine/error.h"
 #include "common/win_resource.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

@@ -10,10 +10,10 @@
 
 #include "com/module.h"
 #include "com/variant_convert.h"
-#include "common/engine/decimal_text.h"
-#include "common/engine/error.h"
 #include "common/message_box.h"
 #include "common/win_resource.h"
+#include "ground/decimal_text.h"
+#include "ground/error.h"
 #include "raster/cDIBSection.h"
 #include "raster/engine/jpeg_core_properties.h"
 

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "common/device_context.h"
-#include "common/engine/error.h"
 #include "common/file_io.h"
 #include "common/handle_number.h"
 #include "common/win_resource.h"
 #include "effects/screen_scale.h"
+#include "ground/error.h"
 #include "raster/bitmap_picture.h"
 #include "raster/engine/bitmap24.h"
 #include "raster/engine/bmp_check.h"

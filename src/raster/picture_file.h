@@ -12,7 +12,7 @@
 #include <string>
 
 #include "com/com_ptr.h"
-#include "common/engine/bytes.h"
+#include "ground/bytes.h"
 
 namespace vrx {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "VrxCommon.h"
-#include "common/engine/bytes.h"
+#include "ground/bytes.h"
 #include "raster/drawing_surface.h"
 #include "raster/engine/bmp_file.h"
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "common/engine/error.h"
 #include "common/file_io.h"
+#include "ground/error.h"
 #include "import_patch.h"
 #include "throwaway_folder.h"
 

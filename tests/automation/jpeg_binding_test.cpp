@@ -9,9 +9,9 @@
 
 #include "com/module.h"
 #include "com/variant_convert.h"
-#include "common/engine/error.h"
 #include "fake_codec/fake_codec.h"
 #include "foreign_reader.h"
+#include "ground/error.h"
 #include "host.h"
 #include "import_patch.h"
 #include "message_box_watcher.h"

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "common/engine/error.h"
 #include "common/win_resource.h"
+#include "ground/error.h"
 #include "picture_bytes.h"
 
 using host::FileBytes;

@@ -6,7 +6,7 @@
 
 #include <array>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "host.h"
 
 using host::typedReference;

@@ -9,10 +9,10 @@
 
 #include <atomic>
 
-#include "common/engine/error.h"
 #include "common/owner_window.h"
 #include "common/win_resource.h"
 #include "dialogs/controls/slider.h"
+#include "ground/error.h"
 #include "test_form.h"
 #include "window_driver.h"
 

@@ -1,5 +1,5 @@
 // Blanks around texts.
-#include "common/engine/blanks.h"
+#include "ground/blanks.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The two owners of byte memory: what they hold, what they cost, and how they fail.
-#include "common/engine/bytes.h"
+#include "ground/bytes.h"
 
 #include <gtest/gtest.h>
 

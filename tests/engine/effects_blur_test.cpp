@@ -2,10 +2,10 @@
 
 #include <cmath>
 
-#include "common/engine/processor.h"
 #include "effects/engine/smoothing.h"
 #include "effects/engine/smoothing_rows.h"
 #include "failure.h"
+#include "ground/processor.h"
 #include "pixel_buffer.h"
 
 namespace vrx::test {

@@ -1,5 +1,5 @@
 // The record that carries the innermost error out of nested public methods.
-#include "common/engine/error_record.h"
+#include "ground/error_record.h"
 
 #include <gtest/gtest.h>
 

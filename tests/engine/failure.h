@@ -7,7 +7,7 @@
 #include <ostream>
 #include <string>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 

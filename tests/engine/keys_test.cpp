@@ -1,5 +1,5 @@
 // Picking one part of a key string.
-#include "common/engine/keys.h"
+#include "ground/keys.h"
 
 #include <gtest/gtest.h>
 

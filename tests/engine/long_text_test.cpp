@@ -1,5 +1,5 @@
 // Text to whole numbers by Visual Basic's rules.
-#include "common/engine/long_text.h"
+#include "ground/long_text.h"
 
 #include <gtest/gtest.h>
 

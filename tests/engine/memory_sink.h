@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "common/engine/byte_sink.h"
+#include "ground/byte_sink.h"
 
 namespace vrx::test {
 

@@ -1,5 +1,5 @@
 // Absolute and relative paths, the form for display, and splitting a path into folder and name.
-#include "common/engine/paths.h"
+#include "ground/paths.h"
 
 #include <gtest/gtest.h>
 

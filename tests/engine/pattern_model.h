@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "pattern/engine/modPattern.h"
 
 namespace vrx::test::model {

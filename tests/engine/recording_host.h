@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "hdr/engine/hdr_loader.h"
 #include "radiance_file.h"
 

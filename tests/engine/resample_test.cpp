@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "common/engine/processor.h"
 #include "failure.h"
+#include "ground/processor.h"
 #include "pixel_buffer.h"
 #include "raster/engine/resample.h"
 #include "raster/engine/resample_rows.h"

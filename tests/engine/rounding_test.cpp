@@ -1,5 +1,5 @@
 // Rounding to nearest, halves to even.
-#include "common/engine/rounding.h"
+#include "ground/rounding.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 #include <limits>
 #include <string_view>
 
-#include "common/engine/decimal_text.h"
+#include "ground/decimal_text.h"
 
 namespace vrx::test {
 namespace {

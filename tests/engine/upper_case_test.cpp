@@ -1,5 +1,5 @@
 // Capital letters one character to one.
-#include "common/engine/upper_case.h"
+#include "ground/upper_case.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "raster/engine/bmp_check.h"
 #include "raster/engine/bmp_reader.h"
 

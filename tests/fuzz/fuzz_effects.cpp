@@ -7,10 +7,10 @@
 #include <span>
 #include <vector>
 
-#include "common/engine/error.h"
 #include "effects/engine/grey.h"
 #include "effects/engine/smoothing.h"
 #include "effects/engine/smoothing_rows.h"
+#include "ground/error.h"
 #include "raster/engine/noise.h"
 #include "raster/engine/pixel_rows.h"
 #include "raster/engine/resample.h"

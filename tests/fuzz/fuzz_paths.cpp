@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "common/engine/error.h"
-#include "common/engine/keys.h"
-#include "common/engine/paths.h"
+#include "ground/error.h"
+#include "ground/keys.h"
+#include "ground/paths.h"
 
 namespace {
 

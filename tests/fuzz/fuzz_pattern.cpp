@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "../engine/pattern_model.h"
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "pattern/engine/pattern_expansion.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "common/engine/processor.h"
+#include "ground/processor.h"
 #include "hdr/engine/auto_exposition.h"
 #include "hdr/engine/rgbe_header.h"
 #include "hdr/engine/rgbe_reader.h"

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "com/com_ptr.h"
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "raster/cDIBSection.h"
 
 namespace host {

@@ -12,8 +12,8 @@ while read -r found; do
     checked=$((checked + 1))
     grep -qF -- "$found" docs/errors.md || { echo "docs/errors.md: missing: $found" && failed=1; }
 done < <(
-    sed -nE 's/^    [A-Za-z]+ = ([0-9]+),$/| \1 |/p' src/common/engine/error.h
-    sed -nE 's/^ +return u"(.*)";$/`\1`/p' src/common/engine/error.cpp
+    sed -nE 's/^    [A-Za-z]+ = ([0-9]+),$/| \1 |/p' src/ground/error.h
+    sed -nE 's/^ +return u"(.*)";$/`\1`/p' src/ground/error.cpp
     grep -rhoE 'Error\{[0-9]+, [^,]*, u"[^"]+"\}' src | sed -E 's/.*u"([^"]+)".*/\1/'
     sed -nE 's/.*return \{[0-9]+, u"([^"]+)", u"([^"]+)"\};.*/`\1` | `\2`/p' src/hdr/engine/hdr_error.h
 )

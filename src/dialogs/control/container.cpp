@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "com/entry.h"
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

@@ -3,7 +3,7 @@
 #include "com/entry.h"
 #include "com/hresult_failure.h"
 #include "com/variant_convert.h"
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

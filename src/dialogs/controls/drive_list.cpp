@@ -1,8 +1,8 @@
 #include "dialogs/controls/drive_list.h"
 
 #include "com/variant_convert.h"
-#include "common/engine/upper_case.h"
 #include "dialogs/controls/silent_errors.h"
+#include "ground/upper_case.h"
 
 namespace vrx {
 namespace {

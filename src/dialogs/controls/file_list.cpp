@@ -1,8 +1,8 @@
 #include "dialogs/controls/file_list.h"
 
-#include "common/engine/error.h"
 #include "dialogs/controls/folder_contents.h"
 #include "dialogs/controls/list_rows.h"
+#include "ground/error.h"
 
 namespace vrx {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/engine/paths.h"
+#include "ground/paths.h"
 
 namespace vrx {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "common/engine/blanks.h"
-#include "common/engine/upper_case.h"
+#include "ground/blanks.h"
+#include "ground/upper_case.h"
 
 namespace vrx {
 namespace {

@@ -1,6 +1,6 @@
 #include "dialogs/engine/preview_frame.h"
 
-#include "common/engine/rounding.h"
+#include "ground/rounding.h"
 
 namespace vrx {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <system_error>
 
-#include "common/engine/rounding.h"
+#include "ground/rounding.h"
 
 namespace vrx {
 namespace {

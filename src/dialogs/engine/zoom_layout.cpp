@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "common/engine/rounding.h"
+#include "ground/rounding.h"
 
 namespace vrx {
 namespace {

@@ -1,6 +1,6 @@
 #include "effects/engine/fit_proportional.h"
 
-#include "common/engine/rounding.h"
+#include "ground/rounding.h"
 
 namespace vrx {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "common/engine/rounding.h"
+#include "ground/rounding.h"
 
 namespace vrx {
 

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "common/engine/processor.h"
 #include "effects/engine/smoothing_rows.h"
+#include "ground/processor.h"
 #include "raster/engine/pixel_rows.h"
 
 namespace vrx {

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-#include "common/engine/lanes.h"
+#include "ground/lanes.h"
 
 namespace vrx::VRX_ROWS {
 namespace {

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <limits>
 
-#include "common/engine/error.h"
-#include "common/engine/processor.h"
+#include "ground/error.h"
+#include "ground/processor.h"
 
 namespace vrx {
 namespace {

@@ -12,7 +12,7 @@
 #include <immintrin.h>
 #endif
 
-#include "common/engine/lanes.h"
+#include "ground/lanes.h"
 
 namespace vrx::VRX_ROWS {
 namespace {

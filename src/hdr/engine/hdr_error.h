@@ -1,7 +1,7 @@
 // The two errors that the HDR engine itself raises.
 #pragma once
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "common/engine/blanks.h"
-#include "common/engine/error.h"
+#include "ground/blanks.h"
+#include "ground/error.h"
 #include "hdr/engine/rgbe_header.h"
 #include "hdr/engine/rgbe_reader.h"
 

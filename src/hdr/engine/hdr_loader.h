@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "common/engine/bytes.h"
+#include "ground/bytes.h"
 #include "hdr/engine/hdr_picture.h"
 #include "hdr/engine/rgbe_cursor.h"
 

@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "hdr/engine/exponent_table.h"
 #include "hdr/engine/rgbe_writer.h"
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "common/engine/byte_sink.h"
+#include "ground/byte_sink.h"
 #include "hdr/engine/auto_exposition.h"
 #include "hdr/engine/rgbe_header.h"
 #include "hdr/engine/rgbe_store.h"

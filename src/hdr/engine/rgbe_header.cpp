@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/engine/long_text.h"
+#include "ground/long_text.h"
 
 namespace vrx {
 namespace {

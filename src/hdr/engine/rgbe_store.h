@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <span>
 
-#include "common/engine/bytes.h"
+#include "ground/bytes.h"
 
 namespace vrx {
 

@@ -10,7 +10,7 @@
 #include <emmintrin.h>
 #endif
 
-#include "common/engine/bytes.h"
+#include "ground/bytes.h"
 #include "hdr/engine/hdr_error.h"
 
 namespace vrx {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "common/engine/byte_sink.h"
+#include "ground/byte_sink.h"
 #include "hdr/engine/rgbe_store.h"
 
 namespace vrx {

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <limits>
 
-#include "common/engine/error.h"
-#include "common/engine/rounding.h"
+#include "ground/error.h"
+#include "ground/rounding.h"
 #include "hdr/engine/exact_power.h"
 
 namespace vrx {

@@ -1,6 +1,6 @@
 #include "pattern/engine/CVrxPatternColor.h"
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 

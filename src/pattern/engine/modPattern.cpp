@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "common/engine/blanks.h"
+#include "ground/blanks.h"
 #include "pattern/engine/pattern_number.h"
 
 namespace vrx {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "common/engine/rounding.h"
+#include "ground/rounding.h"
 #include "pattern/engine/pattern_writer.h"
 
 namespace vrx {

@@ -6,9 +6,9 @@
 #include <span>
 #include <utility>
 
-#include "common/engine/bytes.h"
-#include "common/engine/error.h"
-#include "common/engine/rounding.h"
+#include "ground/bytes.h"
+#include "ground/error.h"
+#include "ground/rounding.h"
 
 namespace vrx {
 namespace {

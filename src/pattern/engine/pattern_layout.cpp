@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/engine/rounding.h"
+#include "ground/rounding.h"
 
 namespace vrx {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string>
 
-#include "common/engine/blanks.h"
-#include "common/engine/rounding.h"
+#include "ground/blanks.h"
+#include "ground/rounding.h"
 
 namespace vrx {
 namespace {

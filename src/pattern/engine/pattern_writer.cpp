@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "common/engine/decimal_text.h"
-#include "common/engine/error.h"
-#include "common/engine/rounding.h"
+#include "ground/decimal_text.h"
+#include "ground/error.h"
+#include "ground/rounding.h"
 
 namespace vrx {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "common/engine/bytes.h"
+#include "ground/bytes.h"
 
 namespace vrx {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "raster/engine/bitmap24.h"
 
 namespace vrx {

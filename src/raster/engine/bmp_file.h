@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "common/engine/byte_sink.h"
+#include "ground/byte_sink.h"
 
 namespace vrx {
 

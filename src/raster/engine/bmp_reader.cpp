@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

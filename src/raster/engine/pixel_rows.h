@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 #include "raster/engine/bitmap24.h"
 
 namespace vrx {

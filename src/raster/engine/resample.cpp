@@ -5,8 +5,8 @@
 #include <cstring>
 #include <vector>
 
-#include "common/engine/error.h"
-#include "common/engine/processor.h"
+#include "ground/error.h"
+#include "ground/processor.h"
 #include "raster/engine/pixel_rows.h"
 #include "raster/engine/resample_rows.h"
 

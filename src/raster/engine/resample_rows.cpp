@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "common/engine/lanes.h"
+#include "ground/lanes.h"
 
 namespace vrx::VRX_ROWS {
 namespace {

@@ -10,7 +10,7 @@
 #include <span>
 #include <utility>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 

@@ -1,4 +1,4 @@
-#include "common/engine/upper_case.h"
+#include "ground/upper_case.h"
 
 #include <algorithm>
 #include <iterator>
@@ -15,7 +15,7 @@ struct Range {
 };
 
 constexpr Range kRanges[] = {
-#include "common/engine/upper_case_table.inc"
+#include "ground/upper_case_table.inc"
 };
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 

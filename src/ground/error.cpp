@@ -1,4 +1,4 @@
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

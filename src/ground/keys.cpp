@@ -1,6 +1,6 @@
-#include "common/engine/keys.h"
+#include "ground/keys.h"
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "common/engine/error.h"
+#include "ground/error.h"
 
 namespace vrx {
 

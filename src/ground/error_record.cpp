@@ -1,4 +1,4 @@
-#include "common/engine/error_record.h"
+#include "ground/error_record.h"
 
 namespace vrx {
 

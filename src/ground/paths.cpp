@@ -1,11 +1,11 @@
-#include "common/engine/paths.h"
+#include "ground/paths.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <vector>
 
-#include "common/engine/error.h"
-#include "common/engine/upper_case.h"
+#include "ground/error.h"
+#include "ground/upper_case.h"
 
 namespace vrx {
 namespace {

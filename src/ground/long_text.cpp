@@ -1,4 +1,4 @@
-#include "common/engine/long_text.h"
+#include "ground/long_text.h"
 
 #include <algorithm>
 #include <charconv>
