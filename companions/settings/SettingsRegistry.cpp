@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string>
 
-#include "common/handle_number.h"
-#include "common/win32_error.h"
+#include "com/handle_number.h"
+#include "com/win32_error.h"
 #include "settings/registry_text.h"
 
 namespace vrx {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "com/variant_convert.h"
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 
 namespace vrx {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "common/win32_error.h"
+#include "com/win32_error.h"
 
 namespace vrx {
 namespace {

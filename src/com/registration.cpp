@@ -10,7 +10,7 @@
 #include "com/hresult_failure.h"
 #include "com/module.h"
 #include "com/registry_rows.h"
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "ground/error.h"
 
 namespace vrx {

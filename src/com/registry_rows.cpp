@@ -9,7 +9,7 @@
 #include "com/hresult_failure.h"
 #include "com/module.h"
 #include "com/type_library.h"
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 
 namespace vrx {
 namespace {

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 
 namespace vrx {
 

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 
 namespace vrx {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "com/variant_convert.h"
-#include "common/win32_error.h"
+#include "com/win32_error.h"
 
 namespace vrx {
 namespace {

@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "com/win_resource.h"
 #include "common/file_traits.h"
-#include "common/win_resource.h"
 #include "ground/byte_sink.h"
 #include "ground/bytes.h"
 

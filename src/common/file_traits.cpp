@@ -2,7 +2,7 @@
 
 #include <winioctl.h>
 
-#include "common/win32_error.h"
+#include "com/win32_error.h"
 
 namespace vrx {
 namespace {

@@ -11,9 +11,9 @@
 
 #include "com/module.h"
 #include "com/variant_convert.h"
+#include "com/win32_error.h"
+#include "com/win_resource.h"
 #include "common/message_loop.h"
-#include "common/win32_error.h"
-#include "common/win_resource.h"
 
 namespace vrx::frmMessage {
 namespace {

@@ -1,6 +1,6 @@
 #include "effects/ImageFX.h"
 
-#include "common/handle_number.h"
+#include "com/handle_number.h"
 #include "effects/engine/fit_proportional.h"
 #include "effects/engine/grey.h"
 #include "effects/engine/smoothing.h"

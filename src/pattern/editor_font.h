@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "pattern/engine/pattern_layout.h"
 
 namespace vrx {

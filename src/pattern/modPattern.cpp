@@ -1,7 +1,7 @@
 #include "pattern/modPattern.h"
 
+#include "com/win_resource.h"
 #include "common/device_context.h"
-#include "common/win_resource.h"
 
 namespace vrx {
 namespace {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "com/variant_convert.h"
-#include "common/win32_error.h"
+#include "com/win32_error.h"
 #include "dialogs/resource.h"
 #include "dialogs/window_place.h"
 

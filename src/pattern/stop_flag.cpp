@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "com/variant_convert.h"
+#include "com/win_resource.h"
 #include "common/device_context.h"
-#include "common/win_resource.h"
 #include "pattern/engine/pattern_layout.h"
 #include "pattern/modPattern.h"
 

@@ -8,7 +8,7 @@
 #include <cstdint>
 
 #include "com/com_ptr.h"
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 
 namespace vrx {
 

@@ -10,7 +10,7 @@
 #include <memory>
 #include <span>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 
 namespace vrx {
 

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <utility>
 
+#include "com/win_resource.h"
 #include "common/device_context.h"
-#include "common/win_resource.h"
 #include "ground/error.h"
 
 namespace vrx {

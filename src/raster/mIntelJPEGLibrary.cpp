@@ -10,8 +10,8 @@
 
 #include "com/module.h"
 #include "com/variant_convert.h"
+#include "com/win_resource.h"
 #include "common/message_box.h"
-#include "common/win_resource.h"
 #include "ground/decimal_text.h"
 #include "ground/error.h"
 #include "raster/cDIBSection.h"

@@ -8,10 +8,10 @@
 #include <optional>
 #include <vector>
 
+#include "com/handle_number.h"
+#include "com/win_resource.h"
 #include "common/device_context.h"
 #include "common/file_io.h"
-#include "common/handle_number.h"
-#include "common/win_resource.h"
 #include "effects/screen_scale.h"
 #include "ground/error.h"
 #include "raster/bitmap_picture.h"

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "VrxCommon.h"
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "failure.h"
 #include "gdi_handles.h"
 #include "host.h"

@@ -7,7 +7,7 @@
 
 #include "VrxCommon.h"
 #include "com/com_ptr.h"
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "host.h"
 #include "throwaway_folder.h"
 

@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "VrxCommon.h"
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "host.h"
 #include "import_patch.h"
 #include "throwaway_folder.h"

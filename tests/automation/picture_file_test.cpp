@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "ground/error.h"
 #include "picture_bytes.h"
 

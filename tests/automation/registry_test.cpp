@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "host.h"
 #include "type_library_table.h"
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 
 using published::Member;
 using published::Parameter;

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "host.h"
 #include "kernel_handles.h"
 #include "throwaway_folder.h"

@@ -1,6 +1,6 @@
 // Error codes of the operating system as VB numbers.
 
-#include "common/win32_error.h"
+#include "com/win32_error.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>

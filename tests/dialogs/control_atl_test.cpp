@@ -6,7 +6,7 @@
 #include <oleidl.h>
 
 #include "VrxCommon.h"
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "control_fixture.h"
 #include "hdr_host.h"
 #include "leaks.h"

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "pattern/modPattern.h"
 
 namespace {

@@ -9,8 +9,8 @@
 
 #include <atomic>
 
+#include "com/win_resource.h"
 #include "common/owner_window.h"
-#include "common/win_resource.h"
 #include "dialogs/controls/slider.h"
 #include "ground/error.h"
 #include "test_form.h"

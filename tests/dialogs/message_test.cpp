@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "VrxCommon.h"
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "host.h"
 #include "throwaway_folder.h"
 

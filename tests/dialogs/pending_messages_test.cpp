@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "VrxCommon.h"
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "host.h"
 #include "window_driver.h"
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "com/win_resource.h"
 #include "common/file_io.h"
-#include "common/win_resource.h"
 #include "foreign_reader.h"
 #include "save_hdr_fixture.h"
 

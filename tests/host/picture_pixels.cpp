@@ -8,8 +8,8 @@
 #include <ostream>
 
 #include "com/com_ptr.h"
-#include "common/handle_number.h"
-#include "common/win_resource.h"
+#include "com/handle_number.h"
+#include "com/win_resource.h"
 
 namespace host {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 
 namespace host {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 
 using vrx::FindHandle;
 using vrx::KernelHandle;

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <utility>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 #include "rgbe_picture.h"
 
 namespace host {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "com/entry.h"
-#include "common/win32_error.h"
+#include "com/win32_error.h"
 
 namespace vrx {
 namespace {

@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "com/variant_convert.h"
-#include "common/win32_error.h"
-#include "common/win_resource.h"
+#include "com/win32_error.h"
+#include "com/win_resource.h"
 #include "dialogs/controls/silent_errors.h"
 #include "dialogs/engine/file_names.h"
 #include "dialogs/engine/file_patterns.h"

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "common/win_resource.h"
+#include "com/win_resource.h"
 
 namespace vrx {
 

@@ -2,7 +2,7 @@
 
 #include <olectl.h>
 
-#include "common/handle_number.h"
+#include "com/handle_number.h"
 
 namespace vrx {
 

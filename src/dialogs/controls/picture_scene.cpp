@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "com/win_resource.h"
 #include "common/device_context.h"
-#include "common/win_resource.h"
 #include "dialogs/controls/picture_drawing.h"
 #include "dialogs/dpi.h"
 

@@ -4,8 +4,8 @@
 #include <tuple>
 #include <utility>
 
+#include "com/win_resource.h"
 #include "common/device_context.h"
-#include "common/win_resource.h"
 #include "dialogs/controls/accessible_view.h"
 #include "dialogs/controls/picture_drawing.h"
 #include "dialogs/dpi.h"

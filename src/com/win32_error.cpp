@@ -1,4 +1,4 @@
-#include "common/win32_error.h"
+#include "com/win32_error.h"
 
 #include <windows.h>
 
