@@ -1,10 +1,10 @@
 #include "effects/ImageFX.h"
 
 #include "com/handle_number.h"
+#include "common/screen_scale.h"
 #include "effects/engine/fit_proportional.h"
 #include "effects/engine/grey.h"
 #include "effects/engine/smoothing.h"
-#include "effects/screen_scale.h"
 #include "raster/bitmap_picture.h"
 #include "raster/picture_file.h"
 

@@ -12,7 +12,7 @@
 #include "com/win_resource.h"
 #include "common/device_context.h"
 #include "common/file_io.h"
-#include "effects/screen_scale.h"
+#include "common/screen_scale.h"
 #include "ground/error.h"
 #include "raster/bitmap_picture.h"
 #include "raster/engine/bitmap24.h"

@@ -5,8 +5,8 @@
 #include <ostream>
 
 #include "effects/engine/fit_proportional.h"
-#include "effects/engine/himetric.h"
 #include "failure.h"
+#include "ground/himetric.h"
 
 namespace vrx {
 

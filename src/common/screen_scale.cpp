@@ -1,7 +1,7 @@
-#include "effects/screen_scale.h"
+#include "common/screen_scale.h"
 
 #include "common/device_context.h"
-#include "effects/engine/himetric.h"
+#include "ground/himetric.h"
 
 namespace vrx {
 namespace {
