@@ -3,8 +3,8 @@
 #include <atomic>
 #include <utility>
 
+#include "pattern/editor/frmPattern.h"
 #include "pattern/engine/pattern_expansion.h"
-#include "pattern/frmPattern.h"
 
 namespace vrx {
 namespace {

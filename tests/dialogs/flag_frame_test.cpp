@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "com/win_resource.h"
-#include "pattern/modPattern.h"
+#include "pattern/editor/modPattern.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "dialogs/frmSaveImage.h"
 #include "dialogs/settings_store.h"
 #include "host.h"
-#include "pattern/frmPattern.h"
+#include "pattern/editor/frmPattern.h"
 #include "settings_recorder.h"
 
 namespace {

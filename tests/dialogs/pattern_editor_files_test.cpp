@@ -7,7 +7,7 @@
 #include "com/object_base.h"
 #include "dialogs/resource.h"
 #include "message_box_watcher.h"
-#include "pattern/frmPattern.h"
+#include "pattern/editor/frmPattern.h"
 #include "pattern_driver.h"
 #include "throwaway_folder.h"
 

@@ -1,12 +1,12 @@
-#include "pattern/stop_flag.h"
+#include "pattern/editor/stop_flag.h"
 
 #include <utility>
 
 #include "com/variant_convert.h"
 #include "com/win_resource.h"
 #include "common/device_context.h"
+#include "pattern/editor/modPattern.h"
 #include "pattern/engine/pattern_layout.h"
-#include "pattern/modPattern.h"
 
 namespace vrx {
 namespace {

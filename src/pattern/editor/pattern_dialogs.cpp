@@ -1,4 +1,4 @@
-#include "pattern/pattern_dialogs.h"
+#include "pattern/editor/pattern_dialogs.h"
 
 #include <commdlg.h>
 

@@ -1,4 +1,4 @@
-#include "pattern/modPattern.h"
+#include "pattern/editor/modPattern.h"
 
 #include "com/win_resource.h"
 #include "common/device_context.h"

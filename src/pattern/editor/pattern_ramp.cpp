@@ -1,4 +1,4 @@
-#include "pattern/pattern_ramp.h"
+#include "pattern/editor/pattern_ramp.h"
 
 #include <span>
 

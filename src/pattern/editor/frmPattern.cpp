@@ -1,4 +1,4 @@
-#include "pattern/frmPattern.h"
+#include "pattern/editor/frmPattern.h"
 
 #include <algorithm>
 #include <new>

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "common/host_program.h"
-#include "pattern/pattern_dialogs.h"
+#include "pattern/editor/pattern_dialogs.h"
 
 namespace vrx {
 

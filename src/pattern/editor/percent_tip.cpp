@@ -1,4 +1,4 @@
-#include "pattern/percent_tip.h"
+#include "pattern/editor/percent_tip.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "pattern/pattern_files.h"
+#include "pattern/editor/pattern_files.h"
 
 #include "common/file_io.h"
 #include "ground/paths.h"

@@ -1,4 +1,4 @@
-#include "pattern/editor_font.h"
+#include "pattern/editor/editor_font.h"
 
 #include <algorithm>
 #include <string_view>

@@ -11,14 +11,14 @@
 #include "VrxCommon.h"
 #include "com/com_ptr.h"
 #include "dialogs/form.h"
-#include "pattern/editor_font.h"
+#include "pattern/editor/editor_font.h"
+#include "pattern/editor/pattern_dialogs.h"
+#include "pattern/editor/pattern_files.h"
+#include "pattern/editor/pattern_ramp.h"
+#include "pattern/editor/percent_tip.h"
+#include "pattern/editor/stop_flag.h"
 #include "pattern/engine/pattern_editor.h"
 #include "pattern/engine/pattern_layout.h"
-#include "pattern/pattern_dialogs.h"
-#include "pattern/pattern_files.h"
-#include "pattern/pattern_ramp.h"
-#include "pattern/percent_tip.h"
-#include "pattern/stop_flag.h"
 
 namespace vrx {
 
