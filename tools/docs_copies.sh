@@ -7,7 +7,7 @@
 cd "$repo"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-awk -f tools/idl_members.awk src/com/VrxCommon.idl companions/settings/VrxSettings.idl >"$work/members"
+awk -f tools/idl_members.awk src/product/idl/VrxCommon.idl companions/settings/VrxSettings.idl >"$work/members"
 
 failed=0
 while read -r page; do

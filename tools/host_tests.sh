@@ -57,7 +57,7 @@ raising_sink() {
 
 tour_cs() {
     local declarations=$throwaway_folder/VrxCommon.cs
-    awk -f "$tools/idl_members.awk" "$repo"/src/com/*.idl |
+    awk -f "$tools/idl_members.awk" "$repo"/src/product/idl/*.idl |
         awk -f "$repo/tests/samples/csharp_declarations.awk" >"$declarations"
     quietly mcs -out:"$throwaway_folder/Tour.exe" "$installed"/samples/csharp/*.cs "$declarations"
 }

@@ -53,7 +53,7 @@ mkdir -p "$content" "$repo/dist"
 cp "$products"/{VrxCommon.dll,VrxSettings.dll,ijl10.dll,VrxCommon.tlb,VrxTypeLib.tlb,VrxSettings.tlb} "$content"
 cp "$products"/{VrxCommon,VrxSettings}.X.manifest "$content"
 mkdir "$content/include"
-cp "$build/$architecture/src/com/generated"/{VrxCommon.h,BmpInfo.h,VrxCommon_i.c} "$content/include"
+cp "$build/$architecture/src/product/idl/generated"/{VrxCommon.h,BmpInfo.h,VrxCommon_i.c} "$content/include"
 cp -r "$repo"/{LICENSE,samples} "$content"
 rm "$content"/samples/{README.md,cpp/CMakeLists.txt}
 write_help "$content"

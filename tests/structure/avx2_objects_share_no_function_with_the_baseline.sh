@@ -5,8 +5,8 @@
 
 set -euo pipefail
 
-objects=$1/../src/CMakeFiles/vrx_rows_avx2.dir
-mapfile -t files < <(find "$objects" -name '*.obj')
+objects=$1/../src
+mapfile -t files < <(find "$objects" -path '*_rows_avx2.dir/*.obj')
 ((${#files[@]})) || { echo "no objects in $objects" && exit 1; }
 
 # The mangled names begin with vrx::avx2; the 32-bit ones have one more underscore.

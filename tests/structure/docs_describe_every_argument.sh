@@ -26,6 +26,6 @@ while IFS=$'\t' read -r class member _ arguments; do
             failed=1
         fi
     done
-done < <(awk -f tools/idl_members.awk src/com/VrxCommon.idl companions/settings/VrxSettings.idl)
+done < <(awk -f tools/idl_members.awk src/product/idl/VrxCommon.idl companions/settings/VrxSettings.idl)
 ((checked > 0)) || { echo "there are no arguments" && exit 1; }
 exit "$failed"

@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
-members=$(awk -f tools/idl_members.awk src/com/VrxCommon.idl companions/settings/VrxSettings.idl | cut -f 1,2 | tr '\t' '.' | sed 's,/events,,')
+members=$(awk -f tools/idl_members.awk src/product/idl/VrxCommon.idl companions/settings/VrxSettings.idl | cut -f 1,2 | tr '\t' '.' | sed 's,/events,,')
 names=$(cut -d . -f 2 <<<"$members")
 mapfile -t pages < <(find README.md docs samples -name '*.md')
 

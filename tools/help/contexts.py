@@ -4,9 +4,9 @@ import dataclasses
 import re
 
 IDL_FILES = [
-    "src/com/VrxCommon.idl",
-    "src/com/VrxTypeLib.idl",
-    "src/com/BmpInfo.idl",
+    "src/product/idl/VrxCommon.idl",
+    "src/product/idl/VrxTypeLib.idl",
+    "src/product/idl/BmpInfo.idl",
     "companions/settings/VrxSettings.idl",
 ]
 
