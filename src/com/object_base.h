@@ -198,12 +198,12 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
     ModuleLock lock_;
 };
 
-/// Creates an object and hands out one of its interfaces.
-template <class Object>
-HRESULT createObject(REFIID iid, void** object) noexcept {
+/// Creates an object with what it needs and hands out one of its interfaces.
+template <class Object, class... Needed>
+HRESULT createObject(REFIID iid, void** object, const Needed&... needed) noexcept {
     const Entry entry;
     try {
-        const ComPtr<Object> created(new Object);
+        const ComPtr<Object> created(new Object(needed...));
         return created->QueryInterface(iid, object);
     } catch (const HresultFailure& failure) {
         return failure.code;

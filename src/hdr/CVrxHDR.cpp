@@ -8,9 +8,6 @@
 #include "common/message_box.h"
 #include "common/message_loop.h"
 #include "common/reentry_guard.h"
-#include "dialogs/frmLoadHDR.h"
-#include "dialogs/frmSaveHDR.h"
-#include "dialogs/frmZoom.h"
 #include "ground/blanks.h"
 #include "ground/error_record.h"
 #include "ground/rounding.h"
@@ -48,7 +45,8 @@ void tellNotWritten(const std::u16string& path, const std::u16string& reason) {
 
 }  // namespace
 
-CVrxHDR::CVrxHDR() : ObjectBase(kIdentity), loader_(picture_, *this) {}
+CVrxHDR::CVrxHDR(const HdrDialogs& dialogs)
+    : ObjectBase(kIdentity), dialogs_(dialogs), loader_(picture_, *this) {}
 
 STDMETHODIMP CVrxHDR::get_REGKEY(BSTR* value) {
     return answer(value, [&] { return std::u16string_view(regKey_); });
@@ -139,7 +137,7 @@ STDMETHODIMP CVrxHDR::See(BSTR v_strFileName, float v_Exposure, float v_Gamma) {
         recordErrors(kClassName, [&] {
             setExposure(v_Exposure);
             picture_.setGamma(v_Gamma);
-            see(v_strFileName);
+            dialogs_.see(*this, v_strFileName);
         });
     });
 }
@@ -252,35 +250,15 @@ void CVrxHDR::setExposure(float exposure) {
     loader_.parameterChanged();
 }
 
-void CVrxHDR::see(BSTR fileName) {
-    const Held<frmZoom> window;
-    window->setObjHDR(ComPtr<_CVrxHDR>(this));
-    window->See_HDR(toText(fileName));
-    window->showModal();
-    window->unload();
-}
-
-/// The dialog's result; empty when the user has cancelled.
 std::u16string CVrxHDR::chooseFile(BSTR suggestion) {
     const Held<ReentryGuard> open(loadDialogOpen_);
-    const Held<frmLoadHDR> dialog;
-    dialog->setREGKEY(regKey_);
-    dialog->setObjHDR(ComPtr<_CVrxHDR>(this));
-    dialog->setInputFileName(toText(suggestion));
-    dialog->showModal();
-    const Held<std::u16string> chosen(dialog->GetDirAppo());
-    dialog->unload();
-    return std::move(*chosen);
+    return dialogs_.load(*this, regKey_, suggestion);
 }
 
 void CVrxHDR::save() {
     const Held<ReentryGuard> open(saveDialogOpen_);
-    const Held<frmSaveHDR> dialog;
-    dialog->setREGKEY(regKey_);
     clearClipboard();
-    dialog->setObjHDR(ComPtr<_CVrxHDR>(this));
-    dialog->showModal();
-    dialog->unload();
+    dialogs_.save(*this, regKey_);
 }
 
 void CVrxHDR::takePixels(const VARIANT& pixels) {

@@ -8,6 +8,7 @@
 #include "com/object_base.h"
 #include "hdr/engine/hdr_loader.h"
 #include "hdr/engine/hdr_picture.h"
+#include "hdr/hdr_dialogs.h"
 #include "hdr/hdr_friend.h"
 #include "raster/drawing_surface.h"
 
@@ -15,7 +16,7 @@ namespace vrx {
 
 class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource, HdrFriend>, private LoadHost {
   public:
-    CVrxHDR();
+    explicit CVrxHDR(const HdrDialogs& dialogs);
 
     STDMETHODIMP get_REGKEY(BSTR* value) override;
     STDMETHODIMP put_REGKEY(BSTR value) override;
@@ -63,7 +64,6 @@ class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource, HdrFriend>, priva
 
     void setExposure(float exposure);
     [[nodiscard]] std::u16string chooseFile(BSTR suggestion);
-    void see(BSTR fileName);
     void save();
     void takePixels(const VARIANT& pixels);
     [[nodiscard]] Variant copyOfPixels() const;
@@ -74,6 +74,7 @@ class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource, HdrFriend>, priva
                                                  bool whole);
     void readPixel(std::int32_t x, std::int32_t y, VARIANT& red, VARIANT& green, VARIANT& blue) const;
 
+    const HdrDialogs& dialogs_;
     std::u16string regKey_;
     HdrPicture picture_;
     HdrLoader loader_;

@@ -5,12 +5,13 @@
 
 #include "VrxCommon.h"
 #include "com/object_base.h"
+#include "pattern/pattern_dialog.h"
 
 namespace vrx {
 
 class CVrxPattern final : public ObjectBase<_CVrxPattern> {
   public:
-    CVrxPattern();
+    explicit CVrxPattern(const PatternDialog& dialog);
 
     STDMETHODIMP get_REGKEY(BSTR* value) override;
     STDMETHODIMP put_REGKEY(BSTR value) override;
@@ -20,8 +21,7 @@ class CVrxPattern final : public ObjectBase<_CVrxPattern> {
   private:
     ~CVrxPattern() override = default;
 
-    [[nodiscard]] std::u16string edit(BSTR pattern);
-
+    const PatternDialog& dialog_;
     std::u16string regKey_;
 };
 

@@ -8,11 +8,13 @@
 #include "com/object_base.h"
 #include "common/CVrxFun.h"
 #include "dialogs/VrxPreviewImg.h"
+#include "dialogs/modal_dialogs.h"
 #include "dialogs/resource.h"
 #include "dialogs/settings_store.h"
 #include "effects/ImageFX.h"
 #include "hdr/CVrxHDR.h"
 #include "pattern/CVrxPattern.h"
+#include "pattern/editor/modal_editor.h"
 #include "raster/CVrxImage.h"
 #include "raster/mIntelJPEGLibrary.h"
 
@@ -26,14 +28,24 @@ constexpr ControlTraits kVrxPreviewImg{OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTL
                                            OLEMISC_SETCLIENTSITEFIRST,
                                        IDB_VRXPREVIEWIMG};
 
+HRESULT createHdr(REFIID iid, void** object) { return createObject<CVrxHDR>(iid, object, modalHdrDialogs()); }
+
+HRESULT createImage(REFIID iid, void** object) {
+    return createObject<CVrxImage>(iid, object, modalImageDialogs());
+}
+
+HRESULT createPattern(REFIID iid, void** object) {
+    return createObject<CVrxPattern>(iid, object, modalPatternDialog());
+}
+
 }  // namespace
 
 std::span<const ClassRow> classTable() {
     static const ClassRow rows[] = {
-        {CLSID_CVrxHDR, L"CVrxHDR", L"VrxCommon high-dynamic-range picture", createObject<CVrxHDR>},
-        {CLSID_CVrxImage, L"CVrxImage", L"VrxCommon raster image", createObject<CVrxImage>},
+        {CLSID_CVrxHDR, L"CVrxHDR", L"VrxCommon high-dynamic-range picture", createHdr},
+        {CLSID_CVrxImage, L"CVrxImage", L"VrxCommon raster image", createImage},
         {CLSID_ImageFX, L"ImageFX", L"VrxCommon image effects", createObject<ImageFX>},
-        {CLSID_CVrxPattern, L"CVrxPattern", L"VrxCommon colour pattern", createObject<CVrxPattern>},
+        {CLSID_CVrxPattern, L"CVrxPattern", L"VrxCommon colour pattern", createPattern},
         {CLSID_CVrxFun, L"CVrxFun", L"VrxCommon general functions", createObject<CVrxFun>},
         {CLSID_VrxPreviewImg, L"VrxPreviewImg", L"VrxCommon preview", createObject<VrxPreviewImg>,
          &kVrxPreviewImg},

@@ -2,9 +2,6 @@
 
 #include "common/clipboard.h"
 #include "common/reentry_guard.h"
-#include "dialogs/frmLoadImage.h"
-#include "dialogs/frmSaveImage.h"
-#include "dialogs/frmZoom.h"
 #include "ground/error_record.h"
 #include "ground/rounding.h"
 
@@ -18,7 +15,7 @@ constexpr float kNoRectangle = -1.0F;
 
 }  // namespace
 
-CVrxImage::CVrxImage() : ObjectBase(kIdentity) {}
+CVrxImage::CVrxImage(const ImageDialogs& dialogs) : ObjectBase(kIdentity), dialogs_(dialogs) {}
 
 STDMETHODIMP CVrxImage::get_REGKEY(BSTR* value) {
     return answer(value, [&] { return std::u16string_view(regKey_); });
@@ -54,14 +51,7 @@ STDMETHODIMP CVrxImage::Get_Picture(float srcPX, long srcPY, float srcDX, long s
 }
 
 STDMETHODIMP CVrxImage::See(BSTR strFileName) {
-    return run([&] {
-        recordErrors(RasterImage::kClassName, [&] {
-            const Held<frmZoom> window;
-            window->See_Image(toText(strFileName));
-            window->showModal();
-            window->unload();
-        });
-    });
+    return run([&] { recordErrors(RasterImage::kClassName, [&] { dialogs_.see(strFileName); }); });
 }
 
 STDMETHODIMP CVrxImage::Set_BMP(SAFEARRAY** r_arBMP, BmpInfo* r_BmpInfo) {
@@ -110,27 +100,16 @@ STDMETHODIMP CVrxImage::Load_BMP(BSTR strFileName) {
     return run([&] { recordErrors(RasterImage::kClassName, [&] { image_.load(toText(strFileName)); }); });
 }
 
-/// The dialog's result; empty when the user has cancelled.
 std::u16string CVrxImage::chooseFile(BSTR suggestion) {
     const Held<ReentryGuard> open(loadDialogOpen_);
-    const Held<frmLoadImage> dialog;
-    dialog->setREGKEY(regKey_);
-    dialog->setInputFileName(toText(suggestion));
-    dialog->showModal();
-    const Held<std::u16string> chosen(dialog->GetDirAppo());
-    dialog->unload();
-    return std::move(*chosen);
+    return dialogs_.load(regKey_, suggestion);
 }
 
 /// Without a file the image itself, by way of its temporary one.
 void CVrxImage::save(BSTR inputFile) {
     const Held<ReentryGuard> open(saveDialogOpen_);
-    const Held<frmSaveImage> dialog;
-    dialog->setREGKEY(regKey_);
     clearClipboard();
-    dialog->setPath(SysStringLen(inputFile) == 0 ? image_.saveBmp({}) : toText(inputFile));
-    dialog->showModal();
-    dialog->unload();
+    dialogs_.save(regKey_, SysStringLen(inputFile) == 0 ? image_.saveBmp({}) : toText(inputFile));
 }
 
 }  // namespace vrx

@@ -5,13 +5,14 @@
 
 #include "VrxCommon.h"
 #include "com/object_base.h"
+#include "raster/image_dialogs.h"
 #include "raster/raster_image.h"
 
 namespace vrx {
 
 class CVrxImage final : public ObjectBase<_CVrxImage> {
   public:
-    CVrxImage();
+    explicit CVrxImage(const ImageDialogs& dialogs);
 
     STDMETHODIMP get_REGKEY(BSTR* value) override;
     STDMETHODIMP put_REGKEY(BSTR value) override;
@@ -35,6 +36,7 @@ class CVrxImage final : public ObjectBase<_CVrxImage> {
     [[nodiscard]] std::u16string chooseFile(BSTR suggestion);
     void save(BSTR inputFile);
 
+    const ImageDialogs& dialogs_;
     std::u16string regKey_;
     RasterImage image_;
     bool loadDialogOpen_ = false;

@@ -8,6 +8,7 @@
 #include "dialogs/resource.h"
 #include "dialogs/settings_store.h"
 #include "pattern/CVrxPattern.h"
+#include "pattern/editor/modal_editor.h"
 #include "pattern_driver.h"
 #include "registry_folder.h"
 #include "settings_recorder.h"
@@ -115,7 +116,7 @@ TEST(RecordedPatternEditorSettings, AreReadAndWrittenFolderFirst) {
     {
         host::SettingsRecorder recorder;
         // The program's own copy of the class: the DLL keeps the component that it has met before.
-        const ComPtr<_CVrxPattern> pattern(new vrx::CVrxPattern);
+        const ComPtr<_CVrxPattern> pattern(new vrx::CVrxPattern(vrx::modalPatternDialog()));
         pattern->put_REGKEY(vrx::Bstr(SysAllocString(L"Software\\Shop")).get());
         static_cast<void>(host::editPattern(*pattern, L"", [](const PatternWindow&) {}));
         EXPECT_EQ(
