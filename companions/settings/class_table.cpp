@@ -19,6 +19,8 @@ const wchar_t* libraryName() { return L"VrxSettings"; }
 
 const wchar_t* helpFileName() { return L"VrxCommon.chm"; }
 
+const RecordRow* recordRow() { return nullptr; }
+
 int typeLibraryCount() { return 1; }
 
 void releaseHeldObjects() noexcept {}

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <span>
 
 namespace vrx {
@@ -31,6 +32,16 @@ struct ClassRow {
 
 /// Name of the help file that is installed beside the module.
 [[nodiscard]] const wchar_t* helpFileName();
+
+/// A record that members take, described by one of the module's type libraries.
+struct RecordRow {
+    const GUID& recordId;
+    int typeLibrary;  ///< its number in the module's resources
+    std::size_t size;
+};
+
+/// The one record of the published interfaces; null where they have none.
+[[nodiscard]] const RecordRow* recordRow();
 
 /// How many type libraries are in the module's resources: its own, number 1, and those that it imports.
 [[nodiscard]] int typeLibraryCount();

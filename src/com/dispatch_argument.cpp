@@ -4,7 +4,7 @@
 #include <cfloat>
 #include <cstring>
 
-#include "BmpInfo.h"
+#include "com/class_table.h"
 #include "com/com_ptr.h"
 #include "com/hresult_failure.h"
 #include "com/type_library.h"
@@ -12,9 +12,6 @@
 
 namespace vrx {
 namespace {
-
-// The one record of the published interfaces.
-constexpr GUID kBmpInfo = {0x7008D90C, 0x4753, 0x463B, {0x83, 0xDA, 0x3D, 0x8B, 0x32, 0xD9, 0x26, 0x9E}};
 
 /// Hosts mark an argument that was left out by this error code.
 bool isOmitted(const VARIANT& inner) {
@@ -36,13 +33,20 @@ Variant convertObject(const VARIANT& source, const Parameter& parameter) {
     return object;
 }
 
+const RecordRow& publishedRecord() {
+    const RecordRow* row = recordRow();
+    if (!row) throwTypeMismatch();
+    return *row;
+}
+
 /// A record of its own for a script's empty variable, all fields 0.
-Variant makeBmpInfo() {
+Variant makeRecord() {
+    const RecordRow& row = publishedRecord();
     ComPtr<ITypeLib> library;
     ComPtr<ITypeInfo> type;
     ComPtr<IRecordInfo> info;
-    throwIfFailed(loadTypeLibrary(kRecordTypeLibrary, library));
-    throwIfFailed(library->GetTypeInfoOfGuid(kBmpInfo, type.put()));
+    throwIfFailed(loadTypeLibrary(row.typeLibrary, library));
+    throwIfFailed(library->GetTypeInfoOfGuid(row.recordId, type.put()));
     throwIfFailed(GetRecordInfoFromTypeInfo(type.get(), info.put()));
     Variant record;
     V_RECORD(&record.get()) = info->RecordCreate();
@@ -142,9 +146,9 @@ bool isSameText(BSTR left, BSTR right) {
     return bytes == SysStringByteLen(right) && (bytes == 0 || std::memcmp(left, right, bytes) == 0);
 }
 
-bool isBlank(const BmpInfo& record) {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(&record);
-    return std::all_of(bytes, bytes + sizeof record, [](unsigned char byte) { return byte == 0; });
+bool isBlankRecord(const void* record) {
+    const auto* bytes = static_cast<const unsigned char*>(record);
+    return std::all_of(bytes, bytes + publishedRecord().size, [](unsigned char byte) { return byte == 0; });
 }
 
 }  // namespace
@@ -245,16 +249,17 @@ void DispatchArgument::bindArray(const Parameter& parameter, VARIANTARG& source,
 /// here.
 void DispatchArgument::bindRecord(const VARIANT& source, VARIANT& inner) {
     if (V_VT(&inner) == VT_EMPTY && &inner != &source) {
-        local_ = makeBmpInfo();
+        local_ = makeRecord();
         receiver_ = &inner;
         return passAddress(V_RECORD(&local_.get()));
     }
     IRecordInfo* info = V_RECORDINFO(&inner);
     if ((V_VT(&inner) & ~VT_BYREF) != VT_RECORD || !info || !V_RECORD(&inner)) throwTypeMismatch();
+    const RecordRow& row = publishedRecord();
     GUID guid{};
     ULONG size = 0;
-    if (FAILED(info->GetGuid(&guid)) || guid != kBmpInfo) throwTypeMismatch();
-    if (FAILED(info->GetSize(&size)) || size != sizeof(BmpInfo)) throwTypeMismatch();
+    if (FAILED(info->GetGuid(&guid)) || guid != row.recordId) throwTypeMismatch();
+    if (FAILED(info->GetSize(&size)) || size != row.size) throwTypeMismatch();
     passAddress(V_RECORD(&inner));
 }
 
@@ -272,7 +277,7 @@ void DispatchArgument::pass(NativeCall& call) const {
 
 bool DispatchArgument::isChanged() const {
     const VARIANT& value = local_.get();
-    if (V_VT(&value) == VT_RECORD) return !isBlank(*static_cast<const BmpInfo*>(V_RECORD(&value)));
+    if (V_VT(&value) == VT_RECORD) return !isBlankRecord(V_RECORD(&value));
     if (V_VT(&value) == VT_BSTR) return !isSameText(V_BSTR(&value), V_BSTR(&before_.get()));
     return bitsOf(value) != bitsBefore_;
 }

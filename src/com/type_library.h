@@ -14,8 +14,6 @@ class MemberTable;
 
 /// Resource number of the module's own type library.
 constexpr int kOwnTypeLibrary = 1;
-/// That of the library of the bitmap-info record.
-constexpr int kRecordTypeLibrary = 2;
 
 /// Loads a type library from the module, without registering it.
 HRESULT loadTypeLibrary(int number, ComPtr<ITypeLib>& library);

@@ -4,6 +4,7 @@
 
 #include <oleidl.h>
 
+#include "BmpInfo.h"
 #include "VrxCommon.h"
 #include "com/object_base.h"
 #include "common/CVrxFun.h"
@@ -56,6 +57,12 @@ std::span<const ClassRow> classTable() {
 const wchar_t* libraryName() { return L"VrxCommon"; }
 
 const wchar_t* helpFileName() { return L"VrxCommon.chm"; }
+
+const RecordRow* recordRow() {
+    static constexpr GUID id = {0x7008D90C, 0x4753, 0x463B, {0x83, 0xDA, 0x3D, 0x8B, 0x32, 0xD9, 0x26, 0x9E}};
+    static constexpr RecordRow row{id, 2, sizeof(BmpInfo)};
+    return &row;
+}
 
 int typeLibraryCount() { return 2; }
 
