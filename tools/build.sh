@@ -12,5 +12,5 @@ if [[ ${1:-} == --product ]]; then
     shift
 fi
 preset=$(preset_of "$@")
-install_packages build windows "windows$(bits_of "$@")"
+install_packages build windows "windows$(bits_of "$@")" source
 build_preset "$preset" "$target"

@@ -13,7 +13,7 @@ outdir=$(realpath -m -- "${2:-$build/demo}")
 (LC_ALL=C && [[ $picture$outdir != *[^\ -~]* ]]) ||
     die "please give names in ASCII: JPEG files can have names of the 8-bit code page only"
 
-"$tools/build.sh" --product
+build_beside_wine
 start_project_session
 mkdir -p "$outdir"
 

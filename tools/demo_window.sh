@@ -41,8 +41,9 @@ photograph() {
     return 1
 }
 
-"$tools/build.sh" --product
-[[ -n $users_display ]] || install_packages screenshot
+groups=()
+[[ -n $users_display ]] || groups=(screenshot)
+build_beside_wine "${groups[@]}"
 start_throwaway_project_session
 mkdir -p "$outdir"
 

@@ -35,8 +35,7 @@ write_help() {
     "$chm/compile_chm" "$chm" "$1/VrxCommon.chm"
 }
 
-install_packages package installer
-"$tools/build.sh" --product "$@"
+build_beside_wine "$@" package installer
 
 # make_picture TO - writes the picture that the samples are tried with, by the packaged component.
 make_picture() {

@@ -35,39 +35,50 @@ download_size() {
         awk '{ bytes += $3 } END { printf "%.0f MB\n", bytes / 1e6 }'
 }
 
-# show_progress - reads apt's status lines and prints a line for each tenth that is done.
+# as_root COMMAND... - by sudo where need be.
+as_root() {
+    if ((EUID == 0)); then "$@"; else sudo "DEBIAN_FRONTEND=$DEBIAN_FRONTEND" "$@"; fi
+}
+
+# update_package_lists - asks the mirrors what there is.
+update_package_lists() { retry as_root apt-get update -qq >&2 || die "apt-get update failed"; }
+
+# show_progress [WHAT] - reads apt's status lines and prints a line for each tenth of WHAT that is done.
 show_progress() {
     local kind percent step last='' names
     declare -A names=([dlstatus]=downloaded [pmstatus]=installed)
     while IFS=: read -r kind _ percent _; do
         [[ -n ${names[$kind]:-} && $percent == [0-9]* ]] || continue
         step="${names[$kind]} $((${percent%.*} / 10))0 %"
-        [[ $step == "$last" || $step == *' 00 %' ]] || echo "   $step" >&2
+        [[ $step == "$last" || $step == *' 00 %' ]] || echo "   ${1:+$1: }$step" >&2
         last=$step
     done
 }
 
-# with_progress [sudo NAME=VALUE] APT-GET-ARGUMENT... - runs an apt-get that downloads or installs. Its status lines take
-# the place of its output; behind sudo, which closes all other files, only the standard ones are there.
+# with_progress WHAT [as_root] APT-GET-ARGUMENT... - runs an apt-get that downloads or installs. Its status lines take the
+# place of its output; behind sudo, which closes all other files, only the standard ones are there.
 with_progress() {
-    local as_root=()
-    [[ $1 != sudo ]] || { as_root=("$1" "$2") && shift 2; }
+    local what=$1 run=()
+    shift
+    [[ $1 != as_root ]] || { run=(as_root) && shift; }
     # shellcheck disable=SC2016  # for the inner shell
-    "${as_root[@]}" sh -c 'exec apt-get -o APT::Status-Fd=3 "$@" 3>&1 >/dev/null' sh "$@" </dev/null | show_progress
+    "${run[@]}" sh -c 'exec apt-get -o APT::Status-Fd=3 "$@" 3>&1 >/dev/null' sh "$@" </dev/null | show_progress "$what"
 }
 
-# install_packages GROUP... - installs what is missing; asks nothing of apt when nothing is.
-install_packages() {
-    local missing as_root=()
+# install_packages GROUP... - installs what is missing; asks nothing of apt when nothing is. One at a time: who comes
+# meanwhile waits, and may find its packages installed.
+install_packages() (
     mapfile -t missing < <(missing_packages "$@")
     ((${#missing[@]})) || return 0
-    if ((EUID != 0)); then
-        command -v sudo >/dev/null || die "please install as root: apt-get install ${missing[*]}"
-        as_root=(sudo "DEBIAN_FRONTEND=$DEBIAN_FRONTEND")
-    fi
+    mkdir -p "$cache"
+    exec {lock}>"$cache/packages.lock"
+    flock "$lock"
+    mapfile -t missing < <(missing_packages "$@")
+    ((${#missing[@]})) || return 0
+    ((EUID == 0)) || command -v sudo >/dev/null || die "please install as root: apt-get install ${missing[*]}"
     say "Asking for Debian packages: ${missing[*]}"
-    retry "${as_root[@]}" apt-get update -qq >&2 || die "apt-get update failed"
+    update_package_lists
     say "Installing them: $(download_size install "${missing[@]}") to download"
-    retry with_progress "${as_root[@]}" install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 \
+    retry with_progress '' as_root install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 \
         "${missing[@]}" || die "apt-get could not install: ${missing[*]}"
-}
+)

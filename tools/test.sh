@@ -5,7 +5,7 @@
 # Ends with one line, "N passed, N failed".
 
 . "$(dirname "$0")/common.sh"
-. "$tools/packages.sh"
+. "$tools/wine_session.sh"
 . "$tools/tally.sh"
 
 usage="usage: ./vrx test [--win64 | --checked | --faults] [--wine PATH]"
@@ -49,8 +49,10 @@ package_tests() {
 }
 
 all_tests() {
-    install_packages build native windows windows32 wine32 fuzz
+    prepare_wine 32
+    install_packages build native windows windows32 source wine32 package installer package-test pascal csharp python fuzz
     engine_tests
+    wait_for_wine
     component_tests
     package_tests
     "$tools/fuzz_replay.sh"

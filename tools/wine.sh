@@ -5,6 +5,6 @@
 . "$tools/wine_session.sh"
 
 (($#)) || die "usage: ./vrx wine COMMAND..."
-"$tools/build.sh" --product
+build_beside_wine
 start_project_session
 in_wine 0 "$@"

@@ -20,12 +20,10 @@ fetch_wine() (
     trap 'rm -rf "$work"' EXIT
     private_apt "$work/apt" i386 deb
     say "Fetching a 32-bit Wine into $wine_root (once): $(download_size install "${packages[@]}") to download, 1 GB on the disk"
-    retry with_progress install -y -qq --download-only "${packages[@]}" || die "could not download Wine"
+    retry with_progress Wine install -y -qq --download-only "${packages[@]}" || die "could not download Wine"
     mkdir "$work/root"
-    say "Unpacking it"
-    for package in "$work"/apt/cache/archives/*.deb; do
-        dpkg -x "$package" "$work/root"
-    done
+    say "Unpacking Wine"
+    printf '%s\0' "$work"/apt/cache/archives/*.deb | xargs -0 -P "$(nproc)" -I{} dpkg -x {} "$work/root"
     adopt_zlib "$work/root"
     # Debian's wineserver is a wrapper that looks in the system's folders.
     ln -sf wineserver32 "$work/root/usr/lib/wine/wineserver"
@@ -42,27 +40,23 @@ adopt_zlib() {
 # choose_wine BITS - sets wine_template, wine, wineserver and wine_libraries for a Wine of 32 or 64 bits.
 choose_wine() {
     export WINEARCH=win$1
-    wine_template=$wine_state/template$1
-    install_packages "wine$1"
+    wine_template=$wine_state/template$1 wine_libraries=
     if [[ -n ${VRX_WINE:-} ]]; then
-        wine=$VRX_WINE wineserver=$(dirname "$VRX_WINE")/wineserver wine_libraries=
+        wine=$VRX_WINE wineserver=$(dirname "$VRX_WINE")/wineserver
         wine_template=$wine_template-$(cksum <<<"$wine $("$wine" --version)" | cut -d ' ' -f 1)
-        return
-    fi
-    if [[ $1 == 64 ]]; then
-        wine=/usr/lib/wine/wine64 wineserver=/usr/lib/wine/wineserver64 wine_libraries=
+    elif [[ $1 == 64 ]]; then
+        wine=/usr/lib/wine/wine64 wineserver=/usr/lib/wine/wineserver64
         export WINELOADER=$wine WINESERVER=$wineserver
-        return
+    elif path_wine_works; then
+        wine=wine wineserver=wineserver
+    else
+        fetch_wine
+        wine=$wine_root/usr/lib/wine/wine
+        wineserver=$wine_root/usr/lib/wine/wineserver
+        wine_libraries=$wine_root/usr/lib/i386-linux-gnu:$wine_root/lib/i386-linux-gnu
+        export WINELOADER=$wine FONTCONFIG_PATH=$wine_root/etc/fonts
     fi
-    if path_wine_works; then
-        wine=wine wineserver=wineserver wine_libraries=
-        return
-    fi
-    fetch_wine
-    wine=$wine_root/usr/lib/wine/wine
-    wineserver=$wine_root/usr/lib/wine/wineserver
-    wine_libraries=$wine_root/usr/lib/i386-linux-gnu:$wine_root/lib/i386-linux-gnu
-    export WINELOADER=$wine FONTCONFIG_PATH=$wine_root/etc/fonts
+    install_packages "wine$1"
 }
 
 # path_wine_works - whether the Wine on the PATH runs a 32-bit program; the answer is kept until that Wine changes.
@@ -71,7 +65,8 @@ path_wine_works() {
     path=$(command -v wine) && command -v wineserver >/dev/null || return 1
     identity="$path $(stat -L -c '%Y %s' "$path") $("$path" --version 2>/dev/null || true)"
     if ! { [[ -f $answer ]] && grep -qxF "$identity" "$answer"; }; then
-        wine=wine wineserver=wineserver wine_libraries=
+        wine=wine wineserver=wineserver
+        install_packages wine32
         mkdir -p "$wine_state"
         rm -rf "$wine_template"
         { echo "$identity" && (make_template >&2 && echo works || echo fails); } >"$answer"
@@ -103,6 +98,30 @@ make_template() (
     drop_server_folder
     mv -T "$work" "$wine_template" || [[ -d $wine_template ]]
 )
+
+# prepare_wine BITS - fetches Wine and makes its prefix in the background, beside what the script does next.
+prepare_wine() {
+    (
+        choose_wine "$1"
+        make_template
+    ) &
+    wine_preparation=$!
+    trap 'kill "$wine_preparation" 2>/dev/null || true' EXIT
+}
+
+# wait_for_wine - until it is prepared.
+wait_for_wine() { wait "$wine_preparation" || die "Wine does not run a script"; }
+
+# build_beside_wine [OPTION] [GROUP...] - builds what users get, while Wine is prepared; installs these packages as well.
+build_beside_wine() {
+    local option=() bits
+    [[ ${1:-} != --* ]] || { option=("$1") && shift; }
+    bits=$(bits_of "${option[@]}")
+    prepare_wine "$bits"
+    install_packages build windows "windows$bits" source "wine$bits" "$@"
+    "$tools/build.sh" --product "${option[@]}"
+    wait_for_wine
+}
 
 # in_wine SECONDS COMMAND... - runs a Windows command in WINEPREFIX; ends it after SECONDS (exit status 124).
 # Without a home folder, Wine keeps the user's folders inside the prefix; the fixed locale is that of an English Windows.
