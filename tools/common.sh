@@ -16,6 +16,17 @@ die() {
     exit 1
 }
 
+# quietly COMMAND... - shows what the command says, and its exit status, only when it fails. What it says goes to a file:
+# programs that it leaves behind would keep a pipe open.
+quietly() {
+    local log status=0
+    log=$(mktemp)
+    "$@" >"$log" 2>&1 || status=$?
+    ((status == 0)) || { tr -d '\r' <"$log" && echo "exit status $status"; } >&2
+    rm "$log"
+    return "$status"
+}
+
 # preset_of [--win64 | --checked] - prints the preset that builds the component of this kind; its folder in build/ has the
 # same name.
 preset_of() {

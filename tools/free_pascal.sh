@@ -11,8 +11,6 @@ sources=/usr/share/fpcsrc/$version
 # pascal OPTION... - the machine's compiler, quietly; what it says is shown when it fails.
 pascal() { quietly "ppcx64-$version" -n -v0 -O1 "$@"; }
 
-quietly() { "$@" >"$work/log" 2>&1 || { cat "$work/log" >&2 && return 1; }; }
-
 # make_compiler - for 32 bits, into "work". Its messages are made of the installed ones.
 make_compiler() {
     local native folder=$sources/compiler objects=$work/compiler
@@ -75,7 +73,6 @@ if [[ ! -d $folder ]]; then
         compiler=("$work/ppc386")
     fi
     make_run_time "${compiler[@]}" -n -v0 -O1 "-Twin$bits" "-FU$work/units"
-    rm "$work/log"
     make_command
     mv -T "$work" "$folder" || [[ -d $folder ]]
 fi

@@ -13,11 +13,7 @@ bits=$(bits_of "$@")
 pascal=$("$tools/free_pascal.sh" "$bits")
 start_package_session "$bits"
 work=$throwaway_folder/pascal
-log=$throwaway_folder/log
 mkdir "$work"
-
-# quietly COMMAND... - shows what the command says only when it fails.
-quietly() { "$@" >"$log" 2>&1 || { tr -d '\r' <"$log" && return 1; }; }
 
 compile_pascal() { quietly "$pascal" "-FE$work" "-Fu$work" "-Fu$repo/tests/pascal" "$@"; }
 

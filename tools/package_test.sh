@@ -10,14 +10,6 @@
 bits=$(bits_of "$@")
 install_packages package-test
 start_package_session "$bits"
-log=$throwaway_folder/log
-
-# quietly COMMAND... - shows the command's output and exit status only when it fails.
-quietly() {
-    local status=0
-    "$@" >"$log" 2>&1 || status=$?
-    ((status == 0)) || { tr -d '\r' <"$log" && echo "exit status $status" && return 1; }
-}
 
 checksums_are_right() { (cd "$installed" && sha256sum --quiet -c SHA256SUMS); }
 
@@ -36,6 +28,8 @@ licences_are_there() {
 }
 
 links_lead_somewhere() { "$repo/tests/package/links_lead_somewhere.py" "$installed"; }
+
+pages_are_titled_as_their_sources() { grep -q '<title>C#</title>' "$installed/docs/getting-started/csharp.html"; }
 
 contexts_lead_to_pages() {
     local listing=$throwaway_folder/contexts
@@ -83,6 +77,7 @@ say "Package"
 check "the package's checksums are right" quietly checksums_are_right
 check "the package has the licences of everything linked in" quietly licences_are_there
 check "links in the package lead somewhere" quietly links_lead_somewhere
+check "pages are titled as their sources, C# too" quietly pages_are_titled_as_their_sources
 check "every help context leads to its page in the help file" quietly contexts_lead_to_pages
 check "the manifest tells the status of the control" the_manifest_tells_the_status_of_the_control
 check "without registration a program with a manifest creates every class" quietly creates_every_class_without_registration

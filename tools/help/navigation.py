@@ -92,9 +92,14 @@ def contents(pages, index):
 
 
 def keywords(published, places, pages):
+    """Members, errors, and the headings of the other pages, each with what tells it from others of its name."""
     rows = [(f"{name} ({what})", place) for name, what, place in entries(published, places)]
     rows += [(f"Error {number - 10000}", place) for number, place in places.items() if number > 10000]
-    rows += [(heading, place) for page in pages if "/reference/" not in page.name for heading, place, _ in sections(page)]
+    for page in pages:
+        if "/reference/" in page.name or page.source == "CHANGELOG.md":
+            continue
+        for heading, place, _ in sections(page):
+            rows.append((heading if heading == page.title else f"{heading} ({page.title})", place))
     return [(0, name, place) for name, place in sorted(set(rows), key=lambda row: (row[0].lower(), row))]
 
 

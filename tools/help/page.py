@@ -34,6 +34,11 @@ def without_source_tree(text):
     return re.sub(r"^<!--.*?-->\n", "", text, flags=re.M)
 
 
+def with_whole_headings(text):
+    """Keeps the sign # at the end of a heading, which the converter takes for a part of its frame."""
+    return re.sub(r"^(#+ .*[^\s\\#])#$", r"\1\\#", text, flags=re.M)
+
+
 def with_error_rows(body):
     """Names the first row of each error's number."""
     seen = set()
@@ -48,7 +53,7 @@ def with_error_rows(body):
 
 
 def read(repo, source):
-    text = without_source_tree((repo / source).read_text(encoding="utf-8"))
+    text = with_whole_headings(without_source_tree((repo / source).read_text(encoding="utf-8")))
     converter = markdown.Markdown(
         extensions=["tables", "fenced_code", "toc"], extension_configs={"toc": {"slugify": anchor}}
     )
