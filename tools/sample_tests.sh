@@ -62,8 +62,9 @@ readme_command() {
 reference_vbs() {
     in_folder reference_vbs
     local class
-    for class in CVrxHDR CVrxImage ImageFX CVrxPattern CVrxFun SettingsRegistry; do
+    for class in CVrxHDR CVrxImage ImageFX CVrxPattern CVrxFun VrxPreviewImg SettingsRegistry; do
         case $class in
+            VrxPreviewImg) script "vbscript/reference/$class.vbs" sky.hdr ;;
             CVrxHDR) script "vbscript/reference/$class.vbs" sky.hdr . ;;
             CVrxImage | ImageFX) script "vbscript/reference/$class.vbs" evening.bmp . ;;
             *) script "vbscript/reference/$class.vbs" ;;
@@ -150,11 +151,12 @@ preview_with_cancel_cpp() {
         diff printed <(printf '%s\n' 'header: 768 x 384' 'refresh '{1..3} finished 'ended early')
 }
 
-# A user looks at the form and closes it.
+# A user clicks the picture and closes the form.
 preview_form_cpp() {
     in_folder preview_form_cpp
-    in_wine 240 "$build/win$bits/bin/dialog_user.exe" 'Preview form' >user 2>&1 &
-    program preview_form sky.hdr && wait $! && diff printed <(printf '%s\n' '768 x 384' closed) || { cat user && return 1; }
+    in_wine 240 "$build/win$bits/bin/dialog_user.exe" 'click:Preview form' 'Preview form' >user 2>&1 &
+    program preview_form sky.hdr && wait $! && prints_as_shown cpp/preview_form.cpp && prints '768 x 384' closed ||
+        { cat user && return 1; }
 }
 
 black_and_white_cpp() {
@@ -207,4 +209,4 @@ check "preview_with_cancel.cpp" preview_with_cancel_cpp
 check "preview_form.cpp" preview_form_cpp
 check "black_and_white.cpp" black_and_white_cpp
 check "all_dialogs.vbs" all_dialogs_vbs
-check "scripts tell how they are called" usage vbscript/reference/{CVrxHDR,CVrxImage,ImageFX}.vbs vbscript/{tour,exposures,folder_to_jpg,blur,bmp_to_jpg,pattern_ramp,events}.vbs
+check "scripts tell how they are called" usage vbscript/reference/{CVrxHDR,CVrxImage,ImageFX,VrxPreviewImg}.vbs vbscript/{tour,exposures,folder_to_jpg,blur,bmp_to_jpg,pattern_ramp,events}.vbs

@@ -56,7 +56,8 @@ struct Form {
 class Clicks : public IDispatch {
   public:
     STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
-        if (event == 1) std::puts("click");
+        if (event == 1) std::puts("click");  // Click()
+        // > click
         return S_OK;
     }
     STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
@@ -115,8 +116,10 @@ LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wide, LPARAM longer
 }
 
 HWND makeChild(const Form& form, const wchar_t* kind, const wchar_t* caption, DWORD style) {
-    return CreateWindowW(kind, caption, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, form.window, nullptr,
-                         GetModuleHandleW(nullptr), nullptr);
+    const HWND child = CreateWindowW(kind, caption, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, form.window,
+                                     nullptr, GetModuleHandleW(nullptr), nullptr);
+    SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);
+    return child;
 }
 
 HWND makeSlider(const Form& form, int lowest, int highest, int value) {

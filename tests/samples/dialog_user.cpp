@@ -1,10 +1,12 @@
 // dialog_user STEP... - uses the dialogs of another program, one after the other. A step is the title of a
-// window, which is closed, or "open:" and the title of a load dialog, in which the first file is chosen and
-// opened. Fails when a window does not come, or does not go.
+// window, which is closed; "open:" and the title of a load dialog, in which the first file is chosen and
+// opened; or "click:" and the title of a window that is clicked in its middle. Fails when a window does not
+// come, or does not go.
 
 #include <windows.h>
 
 #include <cstdio>
+#include <cwchar>
 #include <string>
 
 #include "dialogs/resource.h"
@@ -58,14 +60,38 @@ bool openFirstFile(HWND dialog) {
                         reinterpret_cast<LPARAM>(GetDlgItem(dialog, IDC_COMMAND1)));
 }
 
+/// Clicks what stands in the middle of a window.
+bool click(HWND window) {
+    RECT inner{};
+    GetClientRect(window, &inner);
+    POINT place{inner.right / 2, inner.bottom / 2};
+    for (HWND child = window; child;) {
+        window = child;
+        child = ChildWindowFromPointEx(window, place, CWP_SKIPINVISIBLE);
+        if (child == window) break;
+        MapWindowPoints(window, child, &place, 1);
+    }
+    const LPARAM at = MAKELPARAM(place.x, place.y);
+    return PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, at) != 0 &&
+           PostMessageW(window, WM_LBUTTONUP, 0, at) != 0;
+}
+
+/// Takes the word off the beginning of a step.
+bool takeWord(std::wstring& step, const wchar_t* word) {
+    if (!step.starts_with(word)) return false;
+    step.erase(0, std::wcslen(word));
+    return true;
+}
+
 bool use(std::wstring title) {
-    const bool open = title.starts_with(L"open:");
-    if (open) title.erase(0, 5);
+    const bool open = takeWord(title, L"open:");
+    const bool clicked = takeWord(title, L"click:");
     HWND window = nullptr;
     if (!eventually([&] { return (window = windowOf(title)) != nullptr; })) {
         std::printf("no window came: %ls\n", title.c_str());
         return false;
     }
+    if (clicked) return click(window);
     const bool used = open ? openFirstFile(window) : PostMessageW(window, WM_CLOSE, 0, 0) != 0;
     if (!used || !eventually([&] { return !IsWindow(window) || !IsWindowVisible(window); })) {
         std::printf("the window stays: %ls\n", title.c_str());
