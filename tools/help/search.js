@@ -16,8 +16,17 @@ function search() {
     show(best.concat(rest), words[0]);
 }
 
+// The words of a text around one of them.
+function excerpt(text, word) {
+    var start = text.toLowerCase().indexOf(word) - 60, end;
+    start = start > 0 ? text.indexOf(" ", start) + 1 : 0;
+    end = start + 160 < text.length ? text.lastIndexOf(" ", start + 160) : text.length;
+    if (end <= start) end = text.length;
+    return (start > 0 ? "... " : "") + text.substring(start, end) + (end < text.length ? " ..." : "");
+}
+
 function show(found, word) {
-    var list = document.getElementById("found"), i, entry, link, start, text;
+    var list = document.getElementById("found"), i, entry, link, text;
     list.innerHTML = "<p>" + found.length + " found<\/p>";
     for (i = 0; i < found.length; ++i) {
         entry = document.createElement("p");
@@ -27,8 +36,7 @@ function show(found, word) {
         link.appendChild(document.createTextNode(text));
         entry.appendChild(link);
         entry.appendChild(document.createElement("br"));
-        start = Math.max(0, found[i][3].toLowerCase().indexOf(word) - 60);
-        entry.appendChild(document.createTextNode(found[i][3].substr(start, 160)));
+        entry.appendChild(document.createTextNode(excerpt(found[i][3], word)));
         list.appendChild(entry);
     }
 }
