@@ -13,6 +13,8 @@ const char16_t* platformText(Platform number) {
             return u"Out of memory";
         case Platform::SubscriptOutOfRange:
             return u"Subscript out of range";
+        case Platform::ArrayLocked:
+            return u"This array is fixed or temporarily locked";
         case Platform::DivisionByZero:
             return u"Division by zero";
         case Platform::TypeMismatch:
@@ -43,6 +45,8 @@ const char16_t* platformText(Platform number) {
             return u"Object variable not set";
         case Platform::InvalidUseOfNull:
             return u"Invalid use of Null";
+        case Platform::NoEntryPoint:
+            return u"Can't find DLL entry point";
         case Platform::InvalidPicture:
             return u"Invalid picture";
     }

@@ -22,6 +22,7 @@ enum class Platform : std::int32_t {
     Overflow = 6,
     OutOfMemory = 7,
     SubscriptOutOfRange = 9,
+    ArrayLocked = 10,
     DivisionByZero = 11,
     TypeMismatch = 13,
     OutOfStackSpace = 28,
@@ -37,11 +38,19 @@ enum class Platform : std::int32_t {
     PathNotFound = 76,
     ObjectNotSet = 91,
     InvalidUseOfNull = 94,
+    NoEntryPoint = 453,
     InvalidPicture = 481,
 };
 
 /// The error with the host's own text for it and no source.
 [[nodiscard]] Error platformError(Platform number);
+
+/// Numbers of the library's own errors, whose sources and texts stand where they are raised.
+namespace own_error {
+inline constexpr std::int32_t kHdrFile = 1;
+inline constexpr std::int32_t kNoFolder = 79;
+inline constexpr std::int32_t kJpegNotWritten = 123;
+}  // namespace own_error
 
 /// What stands in place of a file's name in a preview that could not show the file. No picture is loaded from
 /// a file of this name.

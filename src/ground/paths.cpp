@@ -87,7 +87,7 @@ std::u16string getAbsolutePath(std::u16string_view file, std::u16string_view fol
     const Parts relative = split(file);
     const bool network = dropNetworkPrefix(folder);
     Parts parts = split(folder);
-    if (parts.size() < 2) throw Error{79, u"CVrxFun", u"Path not found!"};
+    if (parts.size() < 2) throw Error{own_error::kNoFolder, u"CVrxFun", u"Path not found!"};
     dropEmptyEnd(parts);
     if (network) markAsNetwork(parts);
 

@@ -22,7 +22,6 @@ namespace {
 
 constexpr wchar_t kLibraryName[] = L"ijl10.dll";
 constexpr std::int32_t kOk = 0;
-constexpr std::int32_t kNoEntryPoint = 453;
 
 std::wstring systemFolder() {
     std::wstring folder(MAX_PATH, L'\0');
@@ -67,10 +66,9 @@ class CodecLibrary {
         function =
             reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library_.get(), name.data())));
         if (function) return;
-        throw Error{
-            kNoEntryPoint,
-            {},
-            u"Can't find DLL entry point " + std::u16string(name.begin(), name.end()) + u" in ijl10.dll"};
+        Error missing = platformError(Platform::NoEntryPoint);
+        missing.description += u' ' + std::u16string(name.begin(), name.end()) + u" in ijl10.dll";
+        throw missing;
     }
 
     Module library_;

@@ -140,7 +140,8 @@ void RasterImage::renderPart(const PixelRect* source, const PixelRect& target) {
     BITMAPINFO info{};
     info.bmiHeader = header24(width, rows);
     const PixelRect whole{0, 0, width, height};
-    // One row outside the image, where its rows begin to count: hosts know the picture of the whole image so.
+    // Without a rectangle the picture comes out moved up by one row, the bottom one black: hosts' pictures
+    // have always looked so.
     PixelRect from = source ? *source : PixelRect{0, -1, width, height};
     PixelRect to = source ? target : whole;
     // The height of an image whose rows run from the top is negative, and so is that of its whole rectangle.
@@ -179,7 +180,7 @@ void RasterImage::convertToJpg(const std::u16string& output, std::int32_t qualit
     cDIBSection section;
     section.CreateFromPicture(loadPicture(source).as<IPictureDisp>().get());
     if (SaveJPG(section, output, quality)) return;
-    throw Error{123, kClassName,
+    throw Error{own_error::kJpegNotWritten, kClassName,
                 u"Failed to save the picture: '" + source + u"'\r\nTo the file: '" + output + u"'"};
 }
 

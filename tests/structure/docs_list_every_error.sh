@@ -1,5 +1,5 @@
 #!/bin/bash
-# docs/errors.md names the number and the text of every platform error, and every text of the component's own errors.
+# docs/errors.md names the number and the text of every platform error and of the component's own errors.
 # Prints what is missing and fails if something is.
 
 # shellcheck disable=SC2016  # Markdown has backquotes, awk has dollars.
@@ -12,10 +12,10 @@ while read -r found; do
     checked=$((checked + 1))
     grep -qF -- "$found" docs/errors.md || { echo "docs/errors.md: missing: $found" && failed=1; }
 done < <(
-    sed -nE 's/^    [A-Za-z]+ = ([0-9]+),$/| \1 |/p' src/ground/error.h
+    sed -nE 's/^(    |inline constexpr std::int32_t )[A-Za-z]+ = ([0-9]+)[,;]$/| \2 |/p' src/ground/error.h
     sed -nE 's/^ +return u"(.*)";$/`\1`/p' src/ground/error.cpp
-    grep -rhoE 'Error\{[0-9]+, [^,]*, u"[^"]+"\}' src | sed -E 's/.*u"([^"]+)".*/\1/'
-    sed -nE 's/.*return \{[0-9]+, u"([^"]+)", u"([^"]+)"\};.*/`\1` | `\2`/p' src/hdr/engine/hdr_error.h
+    grep -rhoE 'Error\{own_error::[A-Za-z]+, [^,]*, u"[^"]+"\}' src | sed -E 's/.*u"([^"]+)".*/\1/'
+    sed -nE 's/.*return \{own_error::[A-Za-z]+, u"([^"]+)", u"([^"]+)"\};.*/`\1` | `\2`/p' src/hdr/engine/hdr_error.h
 )
 ((checked > 0)) || { echo "there are no errors" && exit 1; }
 exit "$failed"
