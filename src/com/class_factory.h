@@ -5,30 +5,23 @@
 
 #include <unknwn.h>
 
-#include <atomic>
-
 #include "com/class_table.h"
+#include "com/counted.h"
 #include "com/module.h"
 
 namespace vrx {
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public Counted<IClassFactory> {
   public:
     explicit ClassFactory(const ClassRow& row) : row_(row) {}
-    ClassFactory(const ClassFactory&) = delete;
-    ClassFactory& operator=(const ClassFactory&) = delete;
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
-    STDMETHODIMP_(ULONG) AddRef() override;
-    STDMETHODIMP_(ULONG) Release() override;
     STDMETHODIMP CreateInstance(IUnknown* outer, REFIID iid, void** object) override;
     STDMETHODIMP LockServer(BOOL lock) override;
 
   private:
-    virtual ~ClassFactory() = default;
+    ~ClassFactory() override = default;
 
     const ClassRow& row_;
-    std::atomic<long> references_ = 0;
     ModuleLock lock_;
 };
 

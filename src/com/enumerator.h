@@ -3,12 +3,12 @@
 
 #include <windows.h>
 
-#include <atomic>
 #include <new>
 #include <utility>
 #include <vector>
 
 #include "com/com_ptr.h"
+#include "com/counted.h"
 #include "com/module.h"
 
 namespace vrx {
@@ -16,7 +16,7 @@ namespace vrx {
 /// `Interface` is IEnumXxx and `Item` what its Next hands out. `Element` owns what an item needs and makes
 /// items: `Item item() const`, with references that the receiver releases.
 template <class Interface, class Item, class Element>
-class Enumerator final : public Interface {
+class Enumerator final : public Counted<Interface> {
   public:
     explicit Enumerator(std::vector<Element> elements, std::size_t position = 0)
         : elements_(std::move(elements)), position_(position) {}
@@ -26,22 +26,6 @@ class Enumerator final : public Interface {
         *enumerator = new Enumerator(std::move(elements), position);
         (*enumerator)->AddRef();
         return S_OK;
-    }
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        *object = iid == __uuidof(IUnknown) || iid == __uuidof(Interface) ? this : nullptr;
-        if (!*object) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-
-    STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(++references_); }
-
-    STDMETHODIMP_(ULONG) Release() override {
-        const long left = --references_;
-        if (left == 0) delete this;
-        return static_cast<ULONG>(left);
     }
 
     STDMETHODIMP Next(ULONG count, Item* items, ULONG* fetched) override {
@@ -75,9 +59,8 @@ class Enumerator final : public Interface {
     }
 
   private:
-    virtual ~Enumerator() = default;
+    ~Enumerator() override = default;
 
-    std::atomic<long> references_ = 0;
     std::vector<Element> elements_;
     std::size_t position_;
     ModuleLock lock_;

@@ -65,7 +65,7 @@ const MemberTable& memberTableOf(const IID& iid) {
     return *table;
 }
 
-bool releaseTypeInformation() {
+bool releaseTypeInformationIfUnused() {
     const std::lock_guard lock(guard);
     if (moduleInUse()) return false;
     delete shared;

@@ -24,7 +24,8 @@ HRESULT findTypeInfo(const GUID& guid, ComPtr<ITypeInfo>& info);
 /// Members of a published dual interface; described once in a process. Throws HresultFailure.
 const MemberTable& memberTableOf(const IID& iid);
 
-/// Whether the module may be unloaded. If so, nothing of other modules is held any more.
-bool releaseTypeInformation();
+/// Gives the type information back unless the module is in use; false where it is. Asked and done under one
+/// lock, as an object that is made meanwhile would go on with what is given back.
+[[nodiscard]] bool releaseTypeInformationIfUnused();
 
 }  // namespace vrx

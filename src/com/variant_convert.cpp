@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "com/entry.h"
+#include "com/native_call.h"
 #include "ground/bytes.h"
 #include "ground/error.h"
 
@@ -62,7 +63,13 @@ bool canReplace(const SAFEARRAY* array) {
 }
 
 void checkReplaceable(const SAFEARRAY* array) {
-    if (!canReplace(array)) throw Error{10, {}, u"This array is fixed or temporarily locked"};
+    if (!canReplace(array)) throw platformError(Platform::ArrayLocked);
+}
+
+void storeBits(void* place, const VARIANT& source) {
+    const std::size_t size = passedSize(V_VT(&source));
+    if (size == 0) throwTypeMismatch();
+    std::memcpy(place, &V_NONE(&source), size);
 }
 
 /// Moves the content of `value`, which has the type of the reference, to where the reference points.
@@ -74,30 +81,6 @@ void storeThrough(const VARIANT& reference, Variant& value) {
         return;
     }
     switch (V_VT(&source)) {
-        case VT_I1:
-        case VT_UI1:
-            std::memcpy(place, &V_UI1(&source), 1);
-            break;
-        case VT_I2:
-        case VT_UI2:
-        case VT_BOOL:
-            std::memcpy(place, &V_UI2(&source), 2);
-            break;
-        case VT_I4:
-        case VT_UI4:
-        case VT_INT:
-        case VT_UINT:
-        case VT_ERROR:
-        case VT_R4:
-            std::memcpy(place, &V_UI4(&source), 4);
-            break;
-        case VT_I8:
-        case VT_UI8:
-        case VT_R8:
-        case VT_CY:
-        case VT_DATE:
-            std::memcpy(place, &V_UI8(&source), 8);
-            break;
         case VT_DECIMAL:
             *V_DECIMALREF(&reference) = V_DECIMAL(&source);
             break;
@@ -112,7 +95,7 @@ void storeThrough(const VARIANT& reference, Variant& value) {
             (void)value.release();
             break;
         default:
-            throwTypeMismatch();
+            storeBits(place, source);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "dialogs/dpi.h"
 
+#include "com/system_function.h"
 #include "common/device_context.h"
 
 namespace vrx {
@@ -9,8 +10,7 @@ using GetDpiForWindow = UINT(WINAPI*)(HWND);
 
 /// There since Windows 10.
 GetDpiForWindow findGetDpiForWindow() {
-    const FARPROC found = GetProcAddress(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow");
-    return reinterpret_cast<GetDpiForWindow>(reinterpret_cast<void*>(found));
+    return systemFunction<GetDpiForWindow>(L"user32.dll", "GetDpiForWindow");
 }
 
 }  // namespace

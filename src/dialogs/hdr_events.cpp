@@ -1,8 +1,8 @@
 #include "dialogs/hdr_events.h"
 
-#include <atomic>
 #include <utility>
 
+#include "com/counted.h"
 #include "com/entry.h"
 #include "com/error_info.h"
 #include "com/variant_convert.h"
@@ -32,25 +32,12 @@ class PreviewCount {
 }  // namespace
 
 /// Lives as long as the object that holds it; forgets its listener when that is done.
-class HdrSink final : public IDispatch {
+class HdrSink final : public Counted<IDispatch, __CVrxHDR> {
   public:
     explicit HdrSink(HdrListener& listener) : listener_(&listener) {}
 
     void forget() { listener_ = nullptr; }
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        const bool known = iid == IID_IUnknown || iid == IID_IDispatch || iid == DIID___CVrxHDR;
-        *object = known ? this : nullptr;
-        if (known) AddRef();
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
     STDMETHODIMP GetTypeInfoCount(UINT* count) override {
         if (!count) return E_POINTER;
         *count = 0;
@@ -71,7 +58,7 @@ class HdrSink final : public IDispatch {
     }
 
   private:
-    ~HdrSink() = default;
+    ~HdrSink() override = default;
 
     /// Arguments stand in reverse order.
     void receive(DISPID event, const DISPPARAMS& arguments) {
@@ -85,7 +72,6 @@ class HdrSink final : public IDispatch {
     }
 
     HdrListener* listener_;
-    std::atomic<ULONG> references_ = 0;
 };
 
 HdrConnection::HdrConnection(HdrListener& listener) : listener_(listener) {}

@@ -2,10 +2,10 @@
 
 #include <oleacc.h>
 
-#include <atomic>
-#include <new>
+#include <utility>
 
 #include "com/com_ptr.h"
+#include "com/counted.h"
 #include "com/module.h"
 
 namespace vrx {
@@ -15,25 +15,9 @@ constexpr wchar_t kAction[] = L"Click";
 
 /// The system's own object for a window, but for what it cannot know. Outlives the window, as the system's
 /// does.
-class AccessibleView final : public IAccessible {
+class AccessibleView final : public Counted<IAccessible, IDispatch> {
   public:
     AccessibleView(HWND view, ComPtr<IAccessible> standard) : view_(view), standard_(std::move(standard)) {}
-    AccessibleView(const AccessibleView&) = delete;
-    AccessibleView& operator=(const AccessibleView&) = delete;
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        const bool known = iid == IID_IUnknown || iid == IID_IDispatch || iid == IID_IAccessible;
-        *object = known ? this : nullptr;
-        if (known) AddRef();
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
 
     STDMETHODIMP get_accRole(VARIANT child, VARIANT* role) override {
         if (!role) return E_POINTER;
@@ -119,13 +103,12 @@ class AccessibleView final : public IAccessible {
     }
 
   private:
-    virtual ~AccessibleView() = default;
+    ~AccessibleView() override = default;
 
     static bool isView(const VARIANT& child) { return V_VT(&child) == VT_I4 && V_I4(&child) == CHILDID_SELF; }
 
     const HWND view_;
     const ComPtr<IAccessible> standard_;
-    std::atomic<ULONG> references_ = 0;
     ModuleLock lock_;
 };
 

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include "com/system_function.h"
+
 namespace vrx {
 
 /// For this thread, for as long as it lasts. Before Windows 7 only the whole process can be silenced, and it
@@ -21,10 +23,7 @@ class SilentErrors {
   private:
     using SetMode = BOOL(WINAPI*)(DWORD, DWORD*);
 
-    static SetMode find() {
-        const FARPROC found = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "SetThreadErrorMode");
-        return reinterpret_cast<SetMode>(reinterpret_cast<void*>(found));
-    }
+    static SetMode find() { return systemFunction<SetMode>(L"kernel32.dll", "SetThreadErrorMode"); }
 
     SetMode setMode_;
     DWORD previous_ = 0;
