@@ -1,4 +1,5 @@
-# Common part of the toolchains for Windows: mingw-w64 with POSIX threads, for CMAKE_SYSTEM_PROCESSOR.
+# Common part of the toolchains for Windows: mingw-w64 with POSIX threads, for CMAKE_SYSTEM_PROCESSOR. The other model of
+# threads has no locks of the C++ library, and leaks handles of its own (src/com/runtime_calls.cpp).
 
 set(CMAKE_SYSTEM_NAME Windows)
 

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <new>
 
-#include "com/thread_library.h"
+#include "com/runtime_calls.h"
 #include "ground/error.h"
 #include "jpeg/codec_calls.h"
 #include "jpeg/engine/record_check.h"
@@ -49,7 +49,7 @@ extern "C" {
 
 BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
     if (reason == DLL_THREAD_DETACH) vrx::releaseThreadAtItsEnd();
-    if (reason == DLL_PROCESS_DETACH && !processEnds) vrx::releaseThreadLibraryAtUnload();
+    if (reason == DLL_PROCESS_DETACH && !processEnds) vrx::releaseRuntimeAtUnload();
     return TRUE;
 }
 

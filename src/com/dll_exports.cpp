@@ -10,7 +10,7 @@
 #include "com/entry.h"
 #include "com/module.h"
 #include "com/registration.h"
-#include "com/thread_library.h"
+#include "com/runtime_calls.h"
 #include "com/type_library.h"
 
 using vrx::RegistrationScope;
@@ -21,7 +21,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEn
         vrx::releaseCallsOfThread();
         vrx::releaseThreadAtItsEnd();
     }
-    if (reason == DLL_PROCESS_DETACH && !processEnds) vrx::releaseThreadLibraryAtUnload();
+    if (reason == DLL_PROCESS_DETACH && !processEnds) vrx::releaseRuntimeAtUnload();
     return TRUE;
 }
 
@@ -32,7 +32,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** factory) {
 
 STDAPI DllCanUnloadNow() {
     const vrx::Entry entry;
-    if (!vrx::releaseTypeInformation()) return S_FALSE;
+    if (!vrx::releaseTypeInformationIfUnused()) return S_FALSE;
     vrx::releaseHeldObjects();
     return S_OK;
 }

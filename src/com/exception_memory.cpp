@@ -11,7 +11,7 @@
 #include <cstring>
 #include <exception>
 
-#include "com/thread_library.h"
+#include "com/runtime_calls.h"
 
 namespace {
 
