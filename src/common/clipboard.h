@@ -1,4 +1,5 @@
-// The system clipboard.
+// The system clipboard. Saving an image and converting one to JPEG empty it first: hosts are used to finding
+// no picture of an earlier copy there afterwards.
 #pragma once
 
 namespace vrx {

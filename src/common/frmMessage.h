@@ -4,9 +4,9 @@
 
 #include <string>
 
-/// The one form that the whole library shares, for calls from every thread. Its window belongs to the thread that
-/// first showed a message and lives as long as the library has any object. While a message is shown it stays
-/// without one, and keeps the library in memory.
+/// The one form that the whole library shares, for calls from every thread. Its window belongs to the thread
+/// that first showed a message and lives as long as the library has any object. While a message is shown it
+/// stays without one, and keeps the library in memory.
 namespace vrx::frmMessage {
 
 void show(const std::u16string& message);
