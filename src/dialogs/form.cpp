@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "com/entry.h"
+#include "com/system_function.h"
 #include "com/variant_convert.h"
 #include "common/interactive.h"
 #include "common/message_loop.h"
@@ -27,8 +28,7 @@ using SetDialogDpiChangeBehavior = BOOL(WINAPI*)(HWND, int, int);
 /// form's layout. There since Windows 10.
 void keepSizeOnEveryScreen(HWND dialog) {
     constexpr int kDisableAll = 1;
-    const FARPROC found = GetProcAddress(GetModuleHandleW(L"user32.dll"), "SetDialogDpiChangeBehavior");
-    const auto set = reinterpret_cast<SetDialogDpiChangeBehavior>(reinterpret_cast<void*>(found));
+    const auto set = systemFunction<SetDialogDpiChangeBehavior>(L"user32.dll", "SetDialogDpiChangeBehavior");
     if (set) set(dialog, kDisableAll, kDisableAll);
 }
 
@@ -207,20 +207,6 @@ bool Form::dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {
             onLoad();
             answer = TRUE;
             return true;
-        case WM_SHOWWINDOW:
-            // With an owner that is minimised and restored the form goes and comes, and stays modal
-            // meanwhile.
-            goesWithOwner_ = !wide && (goesWithOwner_ || longer == SW_PARENTCLOSING);
-            return false;
-        case WM_WINDOWPOSCHANGING:
-            if (reinterpret_cast<const WINDOWPOS*>(longer)->flags & SWP_HIDEWINDOW) onHidden();
-            return false;
-        case WM_DESTROY:
-            if (std::exchange(mustUnload_, false)) onUnload();
-            return false;
-        case WM_NCDESTROY:
-            forgetWindow();
-            return false;
         case WM_CLOSE:
             onClose();
             return true;
@@ -231,8 +217,6 @@ bool Form::dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {
             }
             onCommand(LOWORD(wide), HIWORD(wide), reinterpret_cast<HWND>(longer));
             return true;
-        case WM_NOTIFY:
-            return onNotify(*reinterpret_cast<const NMHDR*>(longer), answer);
         case WM_HSCROLL:
         case WM_VSCROLL:
             onScroll(reinterpret_cast<HWND>(longer), LOWORD(wide));
@@ -240,17 +224,36 @@ bool Form::dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer) {
         case kEnterPressed:
             answer = takesEnter({reinterpret_cast<HWND>(longer), WM_KEYDOWN, VK_RETURN, 0, 0, {}});
             return true;
-        case WM_TIMER:
-            onTimer(wide);
+        default:
+            return !followWindow(message, wide, longer) && onMessage(message, wide, longer, answer);
+    }
+}
+
+/// What happens to the window, which the system is to deal with as well; false for other messages.
+bool Form::followWindow(UINT message, WPARAM wide, LPARAM longer) {
+    switch (message) {
+        case WM_SHOWWINDOW:
+            // With an owner that is minimised and restored the form goes and comes, and stays modal
+            // meanwhile.
+            goesWithOwner_ = !wide && (goesWithOwner_ || longer == SW_PARENTCLOSING);
+            return true;
+        case WM_WINDOWPOSCHANGING:
+            if (reinterpret_cast<const WINDOWPOS*>(longer)->flags & SWP_HIDEWINDOW) onHidden();
             return true;
         case WM_ACTIVATE:
             onActivate(LOWORD(wide) != WA_INACTIVE);
-            return false;
+            return true;
         case WM_SIZE:
             onResize(LOWORD(longer), HIWORD(longer));
-            return false;
+            return true;
+        case WM_DESTROY:
+            if (std::exchange(mustUnload_, false)) onUnload();
+            return true;
+        case WM_NCDESTROY:
+            forgetWindow();
+            return true;
         default:
-            return onMessage(message, wide, longer, answer);
+            return false;
     }
 }
 

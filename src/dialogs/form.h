@@ -46,12 +46,9 @@ class Form {
     /// Esc, where it means something else than the frame's close button.
     virtual void onEscape() { onClose(); }
     virtual void onCommand(int /*id*/, int /*notification*/, HWND /*control*/) {}
-    /// The answer to the control; false where the notification means nothing to the form.
-    virtual bool onNotify(const NMHDR& /*notification*/, LRESULT& /*answer*/) { return false; }
     virtual void onScroll(HWND /*control*/, int /*code*/) {}
     /// Enter in one of a modal form's controls, before it means the default button; false leaves it to that.
     virtual bool onEnter() { return false; }
-    virtual void onTimer(UINT_PTR /*id*/) {}
     virtual void onActivate(bool /*active*/) {}
     virtual void onResize(int /*width*/, int /*height*/) {}
     /// Everything else; false leaves the message to the system.
@@ -77,6 +74,7 @@ class Form {
     static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wide, LPARAM longer);
     [[nodiscard]] INT_PTR route(UINT message, WPARAM wide, LPARAM longer) noexcept;
     [[nodiscard]] bool dispatch(UINT message, WPARAM wide, LPARAM longer, LRESULT& answer);
+    [[nodiscard]] bool followWindow(UINT message, WPARAM wide, LPARAM longer);
     [[nodiscard]] bool takesEnter(const MSG& message) noexcept;
     void fail() noexcept;
     void makeVisible();

@@ -1,7 +1,5 @@
 #include "dialogs/frmLoadHDR.h"
 
-#include <array>
-
 #include "com/entry.h"
 #include "common/message_loop.h"
 #include "dialogs/resource.h"
@@ -9,9 +7,8 @@
 namespace vrx {
 namespace {
 
-constexpr std::array<std::u16string_view, 2> kTypes{u"*.HDR", u"*.*"};
-constexpr LoadDialogKind kKind{IDD_FRMLOADHDR, kTypes, settings::kHdrLoaderPath, settings::kHdrLoaderPreview,
-                               std::nullopt};
+constexpr LoadDialogKind kKind{IDD_FRMLOADHDR, file_types::kHdrLoader, settings::kHdrLoaderPath,
+                               settings::kHdrLoaderPreview, std::nullopt};
 
 // How often the waiting messages get their turn before a load begins again with the sliders' new values.
 constexpr int kMessagePasses = 200;

@@ -1,15 +1,12 @@
 #include "dialogs/frmLoadImage.h"
 
-#include <array>
-
 #include "dialogs/resource.h"
 #include "ground/error.h"
 
 namespace vrx {
 namespace {
 
-constexpr std::array<std::u16string_view, 4> kTypes{u"*.JPG", u"*.BMP", u"*.GIF", u"*.*"};
-constexpr LoadDialogKind kKind{IDD_FRMLOADIMAGE, kTypes, settings::kImageLoaderPath,
+constexpr LoadDialogKind kKind{IDD_FRMLOADIMAGE, file_types::kImageLoader, settings::kImageLoaderPath,
                                settings::kImageLoaderPreview, settings::kImageLoaderType};
 
 }  // namespace

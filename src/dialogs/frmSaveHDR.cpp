@@ -15,9 +15,8 @@
 namespace vrx {
 namespace {
 
-constexpr std::array<std::u16string_view, 3> kTypes{u"*.HDR", u"*.JPG", u"*.BMP"};
-const SaveDialogKind kKind{IDD_FRMSAVEHDR, kTypes, settings::kHdrSaverPath, settings::kHdrSaverType,
-                           settings::kHdrSaverQuality};
+const SaveDialogKind kKind{IDD_FRMSAVEHDR, file_types::kHdrSaver, settings::kHdrSaverPath,
+                           settings::kHdrSaverType, settings::kHdrSaverQuality};
 
 // By the numbers of Enum_AutoExpositionType.
 constexpr std::array kExpositionTypes{L"Attenuate Max", L"Attenuate All"};

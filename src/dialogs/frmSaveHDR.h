@@ -14,7 +14,6 @@ class frmSaveHDR final : public SaveDialog {
 
     /// The object that is shown and saved.
     void setObjHDR(ComPtr<_CVrxHDR> object) { object_ = std::move(object); }
-    [[nodiscard]] const ComPtr<_CVrxHDR>& objHDR() const { return object_; }
 
   private:
     void onLoad() override;

@@ -1,15 +1,12 @@
 #include "dialogs/frmSaveImage.h"
 
-#include <array>
-
 #include "dialogs/resource.h"
 
 namespace vrx {
 namespace {
 
-constexpr std::array<std::u16string_view, 2> kTypes{u"*.JPG", u"*.BMP"};
-const SaveDialogKind kKind{IDD_FRMSAVEIMAGE, kTypes, settings::kImageSaverPath, settings::kImageSaverType,
-                           settings::kImageSaverQuality};
+const SaveDialogKind kKind{IDD_FRMSAVEIMAGE, file_types::kImageSaver, settings::kImageSaverPath,
+                           settings::kImageSaverType, settings::kImageSaverQuality};
 
 }  // namespace
 

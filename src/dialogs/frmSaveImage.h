@@ -4,7 +4,6 @@
 #include <string>
 #include <utility>
 
-#include "dialogs/engine/file_names.h"
 #include "dialogs/save_dialog.h"
 
 namespace vrx {
@@ -15,9 +14,6 @@ class frmSaveImage final : public SaveDialog {
 
     /// The full name of the BMP file that holds the picture.
     void setPath(std::u16string path) { path_ = std::move(path); }
-    [[nodiscard]] const std::u16string& Path() const { return path_; }
-    /// The same for the temporary picture of a folder.
-    void setNomePic(const std::u16string& folder) { path_ = temporaryFileName(folder); }
 
   private:
     void onLoad() override;

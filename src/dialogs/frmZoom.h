@@ -18,7 +18,6 @@ class frmZoom final : public Form, private PictureViewOwner, private HdrListener
 
     /// The object that decodes and samples HDR files.
     void setObjHDR(ComPtr<_CVrxHDR> object) { hdr_.connect(std::move(object)); }
-    [[nodiscard]] const ComPtr<_CVrxHDR>& objHDR() const { return hdr_.object(); }
 
     // Each makes the window, hidden; an empty name does nothing.
     /// Throws for a file that is no picture, before there is a window.

@@ -30,10 +30,8 @@ class LoadDialog : public Form, private FileBrowserOwner, private PreviewOwner {
     ~LoadDialog() override;
 
     void setREGKEY(std::u16string root) { regKey_ = std::move(root); }
-    [[nodiscard]] const std::u16string& REGKEY() const { return regKey_; }
     /// A suggested file; only its folder is kept.
     void setInputFileName(const std::u16string& name);
-    [[nodiscard]] const std::u16string& InputFileName() const { return inputFileName_; }
     /// The chosen file's full name; empty unless the user has accepted it.
     [[nodiscard]] std::u16string GetDirAppo() const { return accepted_ ? chosen_ : std::u16string(); }
     /// The size in pixels of the picture that is being loaded.

@@ -32,7 +32,6 @@ struct SaveDialogKind {
 class SaveDialog : public Form, private FileBrowserOwner {
   public:
     void setREGKEY(std::u16string root) { regKey_ = std::move(root); }
-    [[nodiscard]] const std::u16string& REGKEY() const { return regKey_; }
 
   protected:
     explicit SaveDialog(const SaveDialogKind& kind) : Form(kind.templateId), kind_(kind), browser_(*this) {}

@@ -29,8 +29,9 @@ struct Kept {
     DWORD cookie;
 };
 
-// One for every thread, or one for each where the system does not know how to carry the component's interface from
-// thread to thread. Calls of a component can let other code of this thread run, so there is none under the guard.
+// One for every thread, or one for each where the system does not know how to carry the component's interface
+// from thread to thread. Calls of a component can let other code of this thread run, so there is none under
+// the guard.
 std::mutex guard;
 std::vector<Kept> components;
 
@@ -70,7 +71,8 @@ ComPtr<_SettingsRegistry> findComponent(IGlobalInterfaceTable& table) {
     return {};
 }
 
-/// The table takes an object by its IUnknown, which the system can always carry, where it refuses the interface.
+/// The table takes an object by its IUnknown, which the system can always carry, where it refuses the
+/// interface.
 std::optional<Kept> keep(IGlobalInterfaceTable& table, _SettingsRegistry* made) {
     Kept kept{kEveryThread, 0};
     if (SUCCEEDED(table.RegisterInterfaceInGlobal(made, IID__SettingsRegistry, &kept.cookie))) return kept;

@@ -1,6 +1,6 @@
 // What the dialogs remember, read and written through the one SettingsRegistry component that the library
-// shares; threads that the system cannot give it to have one each. Nothing is ever shown or thrown for want of it: reading then gives the default, writing does
-// nothing.
+// shares; threads that the system cannot give it to have one each. Nothing is ever shown or thrown for want
+// of it: reading then gives the default, writing does nothing.
 #pragma once
 
 #include <cstdint>

@@ -7,12 +7,17 @@
 
 namespace vrx {
 
-/// A length in whole pixels at a resolution in pixels per inch; error 6 where 16 bits do not hold it.
+inline constexpr int kHimetricPerInch = 2540;
+
+/// A length in pixels at a resolution in pixels per inch: a Single, as the scale conversion of a form gives
+/// it, which is then rounded to whole pixels.
+[[nodiscard]] inline float pixelLengthOf(double himetric, int pixelsPerInch) {
+    return static_cast<float>(himetric * (pixelsPerInch / double{kHimetricPerInch}));
+}
+
+/// The same in whole pixels; error 6 where 16 bits do not hold it.
 [[nodiscard]] inline std::int16_t pixelsOfHimetric(float himetric, int pixelsPerInch) {
-    constexpr double kHimetricPerInch = 2540.0;
-    // The scale conversion of a form gives a Single, which is rounded again.
-    const auto pixels = static_cast<float>(himetric * (pixelsPerInch / kHimetricPerInch));
-    return toInt16(pixels);
+    return toInt16(pixelLengthOf(himetric, pixelsPerInch));
 }
 
 }  // namespace vrx

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "VrxCommon.h"
-#include "dialogs/frmSaveImage.h"
 #include "failure.h"
 #include "foreign_reader.h"
 #include "host.h"
@@ -205,13 +204,5 @@ TEST_F(SaveImage, IsReachedByTheKeyboardInTheOrderOfReading) {
 }
 
 TEST_F(SaveImage, LeavesNothingBehindAfter200Openings) { expectNothingLeftAfterOpenings(); }
-
-TEST(SaveImageForm, NamesTheTemporaryPictureOfAFolder) {
-    vrx::frmSaveImage form;
-    form.setNomePic(u"C:\\Pics");
-    EXPECT_EQ(form.Path(), u"C:\\Pics\\temp.BMP");
-    form.setNomePic(u"C:\\");
-    EXPECT_EQ(form.Path(), u"C:\\temp.BMP");
-}
 
 }  // namespace

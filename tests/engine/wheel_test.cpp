@@ -38,7 +38,7 @@ TEST(Wheel, ANotchIsTheUsersLinesAPageAtMostAndNothingForNoLines) {
     EXPECT_EQ(pixelsOfNotch(3, 24, 500), 72);
     EXPECT_EQ(pixelsOfNotch(1, 24, 500), 24);
     EXPECT_EQ(pixelsOfNotch(100, 24, 500), 500);
-    EXPECT_EQ(pixelsOfNotch(vrx::kWheelPage, 24, 500), 500);
+    EXPECT_EQ(pixelsOfNotch(UINT32_MAX, 24, 500), 500);
     EXPECT_EQ(pixelsOfNotch(0, 24, 500), 0);
     EXPECT_EQ(pixelsOfNotch(3, 24, -1), 0);
 }

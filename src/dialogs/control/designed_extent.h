@@ -4,10 +4,9 @@
 #include <windows.h>
 
 #include "dialogs/dpi.h"
+#include "ground/himetric.h"
 
 namespace vrx {
-
-inline constexpr int kHimetricPerInch = 2540;
 
 class DesignedExtent {
   public:

@@ -75,7 +75,6 @@ void PictureView::invalidate() const {
 
 std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM longer) {
     const ComPtr<IUnknown> keeper = owner_.viewKeeper();
-    const POINT pointer{static_cast<short>(LOWORD(longer)), static_cast<short>(HIWORD(longer))};
     switch (message) {
         case WM_ERASEBKGND:
             return 1;
@@ -86,19 +85,49 @@ std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM lon
         case kDpiChangedAfterParent:
             resized();
             return 0;
+        case WM_GETOBJECT:
+            if (const LRESULT object = accessibleView(window(), wide, longer)) return object;
+            return std::nullopt;
+        case WM_SETCURSOR:
+            if (LOWORD(longer) == HTCLIENT && showPointer()) return TRUE;
+            return std::nullopt;
+        case WM_HSCROLL:
+            owner_.viewScrolled(SB_HORZ, LOWORD(wide));
+            return 0;
+        case WM_VSCROLL:
+            owner_.viewScrolled(SB_VERT, LOWORD(wide));
+            return 0;
+        default:
+            if (handleMouse(message, wide, longer)) return 0;
+            return handleKeyboard(message, wide, longer);
+    }
+}
+
+/// False for other messages.
+bool PictureView::handleMouse(UINT message, WPARAM wide, LPARAM longer) {
+    const POINT pointer{static_cast<short>(LOWORD(longer)), static_cast<short>(HIWORD(longer))};
+    switch (message) {
         case WM_LBUTTONDOWN:
             owner_.viewPressed();
             press(pointer);
-            return 0;
+            return true;
         case WM_LBUTTONUP:
             release(pointer);
-            return 0;
+            return true;
         case WM_CAPTURECHANGED:
             press_.reset();
-            return 0;
+            return true;
         case WM_MOUSEMOVE:
             if (!((wide & MK_LBUTTON) && drag(pointer))) point(pointer);
-            return 0;
+            return true;
+        default:
+            return false;
+    }
+}
+
+/// The wheel's turns come with the keyboard's focus.
+std::optional<LRESULT> PictureView::handleKeyboard(UINT message, WPARAM wide, LPARAM longer) {
+    switch (message) {
         case WM_GETDLGCODE:
             if (has(kKeysForParent)) return DLGC_WANTARROWS;
             if (wide == VK_RETURN && clicks(wide)) return DLGC_WANTMESSAGE;
@@ -117,18 +146,6 @@ std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM lon
         case WM_KILLFOCUS:
             if (takesKeys()) InvalidateRect(window(), nullptr, FALSE);
             owner_.viewFocused(message == WM_SETFOCUS);
-            return 0;
-        case WM_GETOBJECT:
-            if (const LRESULT object = accessibleView(window(), wide, longer)) return object;
-            return std::nullopt;
-        case WM_SETCURSOR:
-            if (LOWORD(longer) == HTCLIENT && showPointer()) return TRUE;
-            return std::nullopt;
-        case WM_HSCROLL:
-            owner_.viewScrolled(SB_HORZ, LOWORD(wide));
-            return 0;
-        case WM_VSCROLL:
-            owner_.viewScrolled(SB_VERT, LOWORD(wide));
             return 0;
         default:
             return std::nullopt;

@@ -88,6 +88,8 @@ class PictureView final : public CustomControl {
     };
 
     std::optional<LRESULT> handle(UINT message, WPARAM wide, LPARAM longer) override;
+    bool handleMouse(UINT message, WPARAM wide, LPARAM longer);
+    std::optional<LRESULT> handleKeyboard(UINT message, WPARAM wide, LPARAM longer);
     void point(POINT pointer) const;
     void resized();
     void press(POINT pointer);

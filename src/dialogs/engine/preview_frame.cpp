@@ -1,11 +1,10 @@
 #include "dialogs/engine/preview_frame.h"
 
+#include "ground/himetric.h"
 #include "ground/rounding.h"
 
 namespace vrx {
 namespace {
-
-constexpr double kHimetricPerInch = 2540.0;
 
 /// A side of the frame when the picture's other side is as long as the box. The order counts: the
 /// quotient is rounded before the product.
@@ -21,7 +20,7 @@ std::int32_t twipsOfPixels(double pixels, double twipsInPixel) { return toInt32(
 std::int32_t pixelsOfTwips(double twips, double twipsInPixel) { return toInt32(twips / twipsInPixel); }
 
 std::int32_t pixelsOfPictureLength(std::int32_t himetric, int dpi) {
-    return toInt32(static_cast<float>(himetric * (dpi / kHimetricPerInch)));
+    return toInt32(pixelLengthOf(himetric, dpi));
 }
 
 PreviewFrame proportionalFrame(std::int32_t boxWidth, std::int32_t boxHeight, std::int32_t pictureWidth,

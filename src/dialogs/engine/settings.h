@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "dialogs/engine/file_types.h"
+
 namespace vrx {
 
 /// A folder; where none is stored it is the host application's own.
@@ -26,15 +28,18 @@ struct NumberSetting {
 namespace settings {
 
 inline constexpr FolderSetting kImageSaverPath{u"\\ImageSaver", u"Path"};
-inline constexpr NumberSetting kImageSaverType{u"\\ImageSaver", u"Type", 0, 0, 1};
+inline constexpr NumberSetting kImageSaverType{u"\\ImageSaver", u"Type", 0, 0,
+                                               file_types::lastRow(file_types::kImageSaver)};
 inline constexpr NumberSetting kImageSaverQuality{u"\\ImageSaver", u"JPGDetail", 85, 0, 100};
 
 inline constexpr FolderSetting kImageLoaderPath{u"\\ImageLoader", u"Path"};
 inline constexpr NumberSetting kImageLoaderPreview{u"\\ImageLoader", u"Preview", 1, 0, 1};
-inline constexpr NumberSetting kImageLoaderType{u"\\ImageLoader", u"Type", 0, 0, 3};
+inline constexpr NumberSetting kImageLoaderType{u"\\ImageLoader", u"Type", 0, 0,
+                                                file_types::lastRow(file_types::kImageLoader)};
 
 inline constexpr FolderSetting kHdrSaverPath{u"\\HDRSaver", u"Path"};
-inline constexpr NumberSetting kHdrSaverType{u"\\HDRSaver", u"Type", 0, 0, 2};
+inline constexpr NumberSetting kHdrSaverType{u"\\HDRSaver", u"Type", 0, 0,
+                                             file_types::lastRow(file_types::kHdrSaver)};
 inline constexpr NumberSetting kHdrSaverQuality{u"\\HDRSaver", u"JPGDetail", 85, 0, 100};
 
 inline constexpr FolderSetting kHdrLoaderPath{u"\\ImageHDR", u"Path"};

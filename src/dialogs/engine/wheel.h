@@ -7,10 +7,9 @@ namespace vrx {
 
 /// What a wheel tells for one notch; finer wheels tell less at a time.
 inline constexpr int kWheelNotch = 120;
-/// In place of a number of lines: a whole page for each notch.
-inline constexpr std::uint32_t kWheelPage = UINT32_MAX;
 
-/// Pixels for one notch: the user's lines, a page at most, and nothing for no lines.
+/// Pixels for one notch: the user's lines, and a page at most, as for the largest number, which stands for
+/// one.
 [[nodiscard]] int pixelsOfNotch(std::uint32_t lines, int line, int page);
 
 /// Adds up what is less than a pixel.

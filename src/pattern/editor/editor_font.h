@@ -1,5 +1,5 @@
-// The font of the pattern editor's controls. The window's height in pixels is fixed and it can be made narrow, so that
-// at a high resolution the dialog's own font may be too large for it.
+// The font of the pattern editor's controls. The window's height in pixels is fixed and it can be made
+// narrow, so that at a high resolution the dialog's own font may be too large for it.
 #pragma once
 
 #include <windows.h>
@@ -13,7 +13,8 @@ class EditorFont {
   public:
     /// Begins with the dialog's own font.
     void attach(HWND dialog);
-    /// Gives the controls the dialog's font, or the largest below it with which they fit an inner area of this size.
+    /// Gives the controls the dialog's font, or the largest below it with which they fit an inner area of
+    /// this size.
     void fit(HWND dialog, SIZE inner);
 
     [[nodiscard]] HFONT get() const { return smaller_ ? smaller_.get() : dialogs_; }

@@ -191,8 +191,8 @@ void frmPattern::showStops() {
     showRamp();
 }
 
-/// At least so many; those that no stop has yet cannot be seen. Where the system has no windows for all of them, it
-/// gets those back that were made.
+/// At least so many; those that no stop has yet cannot be seen. Where the system has no windows for all of
+/// them, it gets those back that were made.
 void frmPattern::makeFlags(std::size_t count) {
     const std::size_t before = flags_.size();
     try {

@@ -1,4 +1,5 @@
-// Pattern files as the editor chooses, loads and saves them, with the folder and the name that were used last.
+// Pattern files as the editor chooses, loads and saves them, with the folder and the name that were used
+// last.
 #pragma once
 
 #include <windows.h>
@@ -18,7 +19,8 @@ class PatternFiles {
     [[nodiscard]] const std::u16string& folder() const { return folder_; }
     void setFolder(std::u16string folder) { folder_ = std::move(folder); }
 
-    /// Lets the user choose a file, whose folder and name come first the next time; nothing when the user cancels.
+    /// Lets the user choose a file, whose folder and name come first the next time; nothing when the user
+    /// cancels.
     [[nodiscard]] std::optional<std::u16string> choose(HWND owner, PatternFileUse use);
 
   private:

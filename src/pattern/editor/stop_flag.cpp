@@ -64,13 +64,40 @@ void StopFlag::bringToFront() {
 }
 
 std::optional<LRESULT> StopFlag::handle(UINT message, WPARAM wide, LPARAM longer) {
-    const int x = static_cast<short>(LOWORD(longer));
     switch (message) {
         case WM_ERASEBKGND:
             return 1;
         case WM_PAINT:
             paint();
             return 0;
+        case WM_SETFOCUS:
+            invalidate();
+            owner_.flagFocused(index_);
+            return 0;
+        case WM_KILLFOCUS:
+            invalidate();
+            owner_.flagReleased();
+            return 0;
+        case WM_GETDLGCODE: {
+            const auto* key = reinterpret_cast<const MSG*>(longer);
+            const bool enter = key && key->message == WM_KEYDOWN && key->wParam == VK_RETURN;
+            return DLGC_WANTARROWS | (enter ? DLGC_WANTMESSAGE : 0);
+        }
+        case WM_KEYDOWN:
+            if (!isFlagKey(wide)) return std::nullopt;
+            post(kFlagKey, wide);
+            return 0;
+        case WM_KEYUP:
+            post(kFlagKey, 0);
+            return 0;
+        default:
+            return handleMouse(message, wide, static_cast<short>(LOWORD(longer)));
+    }
+}
+
+/// A program that takes a message of the buttons at the mouse's side answers TRUE.
+std::optional<LRESULT> StopFlag::handleMouse(UINT message, WPARAM wide, int x) {
+    switch (message) {
         case WM_LBUTTONDOWN:
         case WM_RBUTTONDOWN:
         case WM_RBUTTONDBLCLK:
@@ -98,26 +125,6 @@ std::optional<LRESULT> StopFlag::handle(UINT message, WPARAM wide, LPARAM longer
             return 0;
         case WM_LBUTTONDBLCLK:
             post(kFlagOpened, 0);
-            return 0;
-        case WM_SETFOCUS:
-            invalidate();
-            owner_.flagFocused(index_);
-            return 0;
-        case WM_KILLFOCUS:
-            invalidate();
-            owner_.flagReleased();
-            return 0;
-        case WM_GETDLGCODE: {
-            const auto* key = reinterpret_cast<const MSG*>(longer);
-            const bool enter = key && key->message == WM_KEYDOWN && key->wParam == VK_RETURN;
-            return DLGC_WANTARROWS | (enter ? DLGC_WANTMESSAGE : 0);
-        }
-        case WM_KEYDOWN:
-            if (!isFlagKey(wide)) return std::nullopt;
-            post(kFlagKey, wide);
-            return 0;
-        case WM_KEYUP:
-            post(kFlagKey, 0);
             return 0;
         default:
             return std::nullopt;

@@ -26,8 +26,8 @@ class StopFlagOwner {
     ~StopFlagOwner() = default;
 };
 
-/// Posted to a flag's parent, with its index as the second parameter: a double click, and a key that flags
-/// use as the first parameter, 0 when it is up again.
+/// Posted to a flag's parent, a dialog, in the range that is left for those: a double click, and a key that
+/// flags use as the first parameter, 0 when it is up again. The second parameter is the flag's index.
 inline constexpr UINT kFlagOpened = WM_APP;
 inline constexpr UINT kFlagKey = WM_APP + 1;
 
@@ -45,6 +45,7 @@ class StopFlag final : public CustomControl {
 
   private:
     std::optional<LRESULT> handle(UINT message, WPARAM wide, LPARAM longer) override;
+    std::optional<LRESULT> handleMouse(UINT message, WPARAM wide, int x);
     void post(UINT message, WPARAM wide) const;
     void press(int x);
     void drag(int x);

@@ -24,8 +24,8 @@ class PatternEditor {
     void setRampWidth(std::int32_t width);
 
     /// Puts the stops of a pattern string, whose positions are thousandths of the ramp, in the place of the
-    /// old ones; missing ends are black. The last one made is selected. Overflow for numbers beyond 32 bits; the
-    /// old stops then stay.
+    /// old ones; missing ends are black. The last one made is selected. Overflow for numbers beyond 32 bits;
+    /// the old stops then stay.
     void build(std::u16string_view pattern);
     /// Leaves no stop at all.
     void clear();

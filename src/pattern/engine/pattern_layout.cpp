@@ -46,7 +46,9 @@ int rampHeight(int height, const PatternTexts& texts) {
 
 std::int32_t twipsOf(std::int32_t pixels, int dpi) { return toInt32(pixels * kTwipsPerInch / dpi); }
 
-std::int32_t pixelsOf(std::int32_t twips, int dpi) { return toInt32(twips * static_cast<double>(dpi) / kTwipsPerInch); }
+std::int32_t pixelsOf(std::int32_t twips, int dpi) {
+    return toInt32(twips * static_cast<double>(dpi) / kTwipsPerInch);
+}
 
 PatternLayout layOutPattern(int width, int height, const PatternTexts& texts) {
     PatternLayout layout{};
