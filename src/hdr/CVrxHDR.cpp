@@ -164,7 +164,7 @@ STDMETHODIMP CVrxHDR::Save_HDR(BSTR strOutFileName, BSTR* value) {
     return answer(value, [&] {
         std::u16string written;
         recordErrors(kClassName, [&] {
-            loader_.init();
+            loader_.cancel();
             written = saveFile(toText(strOutFileName));
         });
         return written;
@@ -205,7 +205,7 @@ STDMETHODIMP CVrxHDR::Cls() {
 }
 
 STDMETHODIMP CVrxHDR::Init() {
-    return run([&] { loader_.init(); });
+    return run([&] { loader_.cancel(); });
 }
 
 STDMETHODIMP CVrxHDR::setFileName(BSTR name) {
@@ -236,13 +236,13 @@ void CVrxHDR::finished() {
 }
 
 void CVrxHDR::yield() {
-    if (!doEvents()) loader_.init();
+    if (!doEvents()) loader_.cancel();
     endIfAbandoned();
 }
 
 /// A host that has given back its last reference wants nothing more of a load.
 void CVrxHDR::endIfAbandoned() {
-    if (isAbandoned()) loader_.init();
+    if (isAbandoned()) loader_.cancel();
 }
 
 void CVrxHDR::setExposure(float exposure) {

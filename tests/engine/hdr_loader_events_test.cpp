@@ -126,7 +126,7 @@ TEST_F(LoaderEvents, EndAtTheFinishChangesNothing) {
 TEST_F(LoaderEvents, InitEndsALoadAndForgetsARestart) {
     host.at("refresh", [this] {
         loader.parameterChanged();
-        loader.init();
+        loader.cancel();
         EXPECT_FALSE(loader.loading());
     });
     preview(u"a");
@@ -258,7 +258,7 @@ TEST_F(LoaderEvents, APreviewStartedInAnyEventIsTheOneShownInTheEnd) {
         LoadingObject object;
         object.host.files = host.files;
         object.host.at(kind, [&object] {
-            object.loader.init();
+            object.loader.cancel();
             object.preview(u"b");
         });
         object.preview(u"a");

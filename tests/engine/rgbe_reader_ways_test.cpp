@@ -56,7 +56,7 @@ FileBytes scanlines(const RgbeStore& store) {
             FileBytes codes(runLengthBound(static_cast<std::uint64_t>(store.dimX())));
             const std::span<const std::uint8_t> plane(store.row(c, y),
                                                       static_cast<std::size_t>(store.dimX()));
-            codes.resize(static_cast<std::size_t>(encodePlaneByBytes(plane, codes.data()) - codes.data()));
+            codes.resize(static_cast<std::size_t>(encodePlane(plane, codes.data()) - codes.data()));
             file.insert(file.end(), codes.begin(), codes.end());
         }
     }

@@ -26,7 +26,7 @@ struct Codes {
     void add(const std::uint8_t* plane, std::size_t width) {
         std::vector<std::uint8_t> codes(runLengthBound(width));
         codes.resize(
-            static_cast<std::size_t>(encodePlaneByBytes({plane, width}, codes.data()) - codes.data()));
+            static_cast<std::size_t>(encodePlane({plane, width}, codes.data()) - codes.data()));
         for (std::size_t i = 0; i<codes.size(); i += codes[i]> 128 ? 2U : 1U + codes[i]) {
             if (codes[i] > 128) {
                 runs.push_back(codes[i] - 128U);

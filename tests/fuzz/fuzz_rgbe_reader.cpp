@@ -98,7 +98,7 @@ class FuzzHost final : public LoadHost {
             case 0:
                 return loader_.end();
             case 1:
-                return loader_.init();
+                return loader_.cancel();
             case 2:
                 return loader_.parameterChanged();
             case 3:

@@ -10,7 +10,7 @@ namespace vrx {
 namespace {
 
 ExposureRow rowOf(const ToneTables& tables, const RgbeStore& store, std::int32_t y) {
-    return {tables.allSingles(), store.row(0, y), store.row(1, y),
+    return {tables.singles(), store.row(0, y), store.row(1, y),
             store.row(2, y),     store.row(3, y), static_cast<std::size_t>(store.dimX())};
 }
 

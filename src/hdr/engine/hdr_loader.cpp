@@ -17,7 +17,7 @@ constexpr std::uint32_t kRunsPerCheck = 50;
 
 }  // namespace
 
-void HdrLoader::init() {
+void HdrLoader::cancel() {
     loading_ = false;
     restart_ = false;
     stop_ = true;
@@ -32,7 +32,8 @@ void HdrLoader::load(std::u16string name, bool invert) { HdrLoad(*this, std::mov
 
 void HdrLoader::preview(std::u16string name) { HdrLoad(*this, std::move(name)).preview(); }
 
-/// The end of every run; whether another is wanted.
+/// The end of every run; whether another is wanted. From the end of a load inside another one's event on
+/// nothing counts as running: the outer one finds itself stopped at its next check.
 bool HdrLoader::settle() {
     stop_ = true;
     loading_ = false;
@@ -40,11 +41,11 @@ bool HdrLoader::settle() {
 }
 
 HdrLoad::~HdrLoad() {
-    if (running_) loader_.init();
+    if (running_) loader_.cancel();
 }
 
 void HdrLoad::load(bool invert) {
-    loader_.init();
+    loader_.cancel();
     loader_.preview_ = false;
     loader_.invert_ = invert;
     runWhileWanted();

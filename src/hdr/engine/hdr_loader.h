@@ -43,8 +43,8 @@ class HdrLoader {
 
     /// Ends a running load at its next check.
     void end() { stop_ = true; }
-    /// Nothing runs and nothing is to run again; a running load ends at its next check.
-    void init();
+    /// Nothing counts as running and nothing is to run again; a load that runs ends at its next check.
+    void cancel();
     /// A parameter has changed that a running load must begin again for.
     void parameterChanged() { restart_ = restart_ || loading_; }
     /// The file to show next: a running load begins again with it.

@@ -16,7 +16,6 @@
 namespace vrx {
 namespace {
 
-constexpr std::size_t kMinRun = 4;
 constexpr std::size_t kMaxRun = 127;
 constexpr std::size_t kMaxLiteral = 128;
 constexpr std::uint64_t kScanlineHeaderSize = 4;
@@ -164,33 +163,6 @@ std::uint8_t* encodePlane(std::span<const std::uint8_t> plane, std::uint8_t* out
         if (run.length == 0) break;
         out = writeRun(run.length, plane[run.begin], out);
         current = run.begin + run.length;
-    }
-    return out;
-}
-
-std::uint8_t* encodePlaneByBytes(std::span<const std::uint8_t> plane, std::uint8_t* out) {
-    const std::size_t size = plane.size();
-    std::size_t current = 0;
-    while (current < size) {
-        std::size_t begin = current;
-        std::size_t run = 0;
-        std::size_t previousRun = 0;
-        while (run < kMinRun && begin < size) {
-            begin += run;
-            previousRun = run;
-            run = 1;
-            while (begin + run < size && run < kMaxRun && plane[begin] == plane[begin + run]) ++run;
-        }
-        if (previousRun > 1 && previousRun == begin - current) {
-            out = writeRun(previousRun, plane[current], out);
-            current = begin;
-        }
-        out = writeLiterals(plane.subspan(current, begin - current), out);
-        current = begin;
-        if (run >= kMinRun) {
-            out = writeRun(run, plane[begin], out);
-            current += run;
-        }
     }
     return out;
 }

@@ -23,9 +23,6 @@ void encodeRgbe(const RgbeStore& store, std::int32_t dimX, std::int32_t dimY, By
 /// kMaxScanlineWidth bytes.
 std::uint8_t* encodePlane(std::span<const std::uint8_t> plane, std::uint8_t* out);
 
-/// The same codes from the definition, byte by byte; what encodePlane is measured against.
-std::uint8_t* encodePlaneByBytes(std::span<const std::uint8_t> plane, std::uint8_t* out);
-
 /// The most bytes that a plane of one row can take: it is never longer than its literal chunks.
 [[nodiscard]] constexpr std::uint64_t runLengthBound(std::uint64_t width) {
     return width + (width + 127) / 128;

@@ -48,7 +48,7 @@ inline void put(std::uint8_t* bgr, std::uint32_t pixel) { std::memcpy(bgr, &pixe
 }  // namespace
 
 void paintPlainRow(const ToneTables& tables, const RgbeStore& store, std::int32_t y, std::uint8_t* bgr) {
-    const std::uint8_t* table = tables.allBytes();
+    const std::uint8_t* table = tables.bytes();
     const PlainRow row{store.row(0, y), store.row(1, y), store.row(2, y), store.row(3, y)};
     const auto width = static_cast<std::size_t>(store.dimX());
     Offsets offsets;

@@ -133,8 +133,8 @@ void ToneTables::build(float multiplier, float inverseGamma) {
     }
     if (!entries_) entries_ = std::make_unique_for_overwrite<Entries>();
     for (int e = 0; e < 256; ++e) {
-        std::uint8_t* bytes = &entries_->bytes[at(static_cast<std::uint8_t>(e))];
-        float* singles = &entries_->singles[at(static_cast<std::uint8_t>(e))];
+        std::uint8_t* bytes = entries_->bytes.data() + 256 * e;
+        float* singles = entries_->singles.data() + 256 * e;
         if (fast) {
             const double factor = factors.exponent[static_cast<std::size_t>(e)];
             const bool bytesCertain = fillBytes(factors, factor, bytes);

@@ -24,17 +24,11 @@ class ToneTables {
     /// Before, there are no tables: they take 320 kB.
     [[nodiscard]] bool built() const { return entries_ != nullptr; }
 
-    /// The 256 entries of one exponent, mantissas in order.
-    [[nodiscard]] const std::uint8_t* bytes(std::uint8_t exponent) const { return allBytes() + at(exponent); }
-    [[nodiscard]] const float* singles(std::uint8_t exponent) const { return allSingles() + at(exponent); }
-
-    /// Both whole tables, 256 mantissas to an exponent.
-    [[nodiscard]] const std::uint8_t* allBytes() const { return entries_->bytes.data(); }
-    [[nodiscard]] const float* allSingles() const { return entries_->singles.data(); }
+    /// The tables, 256 mantissas to an exponent.
+    [[nodiscard]] const std::uint8_t* bytes() const { return entries_->bytes.data(); }
+    [[nodiscard]] const float* singles() const { return entries_->singles.data(); }
 
   private:
-    static constexpr std::size_t at(std::uint8_t exponent) { return std::size_t{exponent} << 8; }
-
     struct Entries {
         std::array<std::uint8_t, 65536> bytes;
         std::array<float, 65536> singles;
