@@ -15,14 +15,16 @@
 namespace vrx {
 
 namespace closing {
-/// A memory device context goes the way of any other object of the drawing system. Where that way is closed
-/// for it, DeleteDC takes it.
+/// DeleteObject takes a memory device context like any other object of the drawing system; where a system
+/// refuses it there, DeleteDC takes it.
 inline void dcAsObject(HDC handle) {
     if (!DeleteObject(handle)) DeleteDC(handle);
 }
 }  // namespace closing
 using SectionDc = Resource<HDC, closing::dcAsObject>;
 
+/// CopyToClipboard, RandomiseBits and Resample have no caller in the library: they complete the class, for
+/// code that is still to come, and tests keep them right.
 class cDIBSection {
   public:
     cDIBSection() = default;

@@ -15,7 +15,9 @@ namespace {
 // Bytes of a canvas that is kept for its turn.
 constexpr std::size_t kMaxSpare = std::size_t{64} << 20;
 
-/// Whether somebody beside the surface holds the picture.
+/// Whether somebody beside the surface holds the picture. The system's picture objects count exactly, and a
+/// host in another apartment holds one by its stub. A note that the picture was handed out would not tell
+/// when it has come back, and take fresh memory for every refresh of a load.
 bool isShared(IPictureDisp& picture) {
     picture.AddRef();
     return picture.Release() > 1;

@@ -1,6 +1,7 @@
 // An off-screen 24-bit canvas with a picture object. A picture that was handed out stays as it is when the
-// surface is painted again: the surface then goes on with another bitmap. Of two that are shown in turn, each
-// is painted again when the other one is shown: fresh memory would take longer than the painting.
+// surface is painted again: the surface then goes on with another bitmap. A host that keeps the newest
+// picture only, as windows that follow a load do, has given the one before back by then, and the surface
+// takes that one's bitmap again: fresh memory would take longer than the painting.
 #pragma once
 
 #include <windows.h>
