@@ -1,37 +1,19 @@
 // The floating-point mode: ours inside the library, the host's own everywhere else.
 
 #include <gtest/gtest.h>
-#include <xmmintrin.h>
-
-#include <cstdint>
 
 #include "host.h"
+#include "host_mode.h"
 #include "probes.h"
 #include "sink.h"
 
+using host::currentMode;
+using host::HostMode;
+using host::Mode;
+using host::setMode;
 using vrx::ComPtr;
 
 namespace {
-
-struct Mode {
-    std::uint16_t x87 = 0;
-    std::uint32_t mxcsr = 0;
-
-    bool operator==(const Mode&) const = default;
-};
-
-/// The mode without the flags that record what has happened.
-Mode currentMode() {
-    Mode mode;
-    __asm__ __volatile__("fnstcw %0" : "=m"(mode.x87));
-    mode.mxcsr = _mm_getcsr() & ~0x3Fu;
-    return mode;
-}
-
-void setMode(const Mode& mode) {
-    __asm__ __volatile__("fnclex\n\tfldcw %0" : : "m"(mode.x87));
-    _mm_setcsr(mode.mxcsr);
-}
 
 const Mode kOurs = {0x037F, 0x1F80};
 
@@ -40,18 +22,6 @@ const Mode kHosts = {0x0A7A, 0xD900};
 
 /// Another mode that an event sink leaves behind: rounding down, everything masked.
 const Mode kSinks = {0x077F, 0x3F80};
-
-/// Runs the test in a host's mode, and the framework in its own.
-class HostMode {
-  public:
-    explicit HostMode(const Mode& mode) : framework_(currentMode()) { setMode(mode); }
-    HostMode(const HostMode&) = delete;
-    HostMode& operator=(const HostMode&) = delete;
-    ~HostMode() { setMode(framework_); }
-
-  private:
-    Mode framework_;
-};
 
 TEST(FloatingPointMode, IsOursInsideAndTheHostsAfterwards) {
     const auto effects = probe::make<probe::Effects>();

@@ -1,52 +1,24 @@
 // CVrxHDR in hosts that run with unmasked floating-point exceptions and another rounding mode.
 
 #include <gtest/gtest.h>
-#include <xmmintrin.h>
 
 #include "failure.h"
 #include "hdr_host.h"
+#include "host_mode.h"
 #include "picture_pixels.h"
 
+using host::currentMode;
 using host::Hdr;
+using host::HostMode;
 using host::Listener;
+using host::Mode;
 using host::RgbePicture;
+using host::setMode;
 
 namespace {
 
-struct Mode {
-    std::uint16_t x87 = 0;
-    std::uint32_t mxcsr = 0;
-
-    bool operator==(const Mode&) const = default;
-};
-
-Mode currentMode() {
-    constexpr std::uint32_t kFlags = 0x3F;
-    Mode mode;
-    __asm__ __volatile__("fnstcw %0" : "=m"(mode.x87));
-    mode.mxcsr = _mm_getcsr() & ~kFlags;
-    return mode;
-}
-
-void setMode(const Mode& mode) {
-    __asm__ __volatile__("fnclex\n\tfldcw %0" : : "m"(mode.x87));
-    _mm_setcsr(mode.mxcsr);
-}
-
 // Invalid operation, division by zero and overflow raise exceptions; rounding goes towards zero.
 const Mode kHosts{0x0F72, 0x7900};
-
-/// The host's mode for as long as it exists.
-class HostMode {
-  public:
-    HostMode() : framework_(currentMode()) { setMode(kHosts); }
-    HostMode(const HostMode&) = delete;
-    HostMode& operator=(const HostMode&) = delete;
-    ~HostMode() { setMode(framework_); }
-
-  private:
-    Mode framework_;
-};
 
 class HdrFloatingPoint : public testing::Test {
   protected:
@@ -74,7 +46,7 @@ class HdrFloatingPoint : public testing::Test {
 
 TEST_F(HdrFloatingPoint, ModeOfTheHostHoldsInItsEventsAndAfterEveryCall) {
     {
-        const HostMode mode;
+        const HostMode mode(kHosts);
         hdr_->put_Exposure(0.5F);
         modes_.push_back(currentMode());
         hdr_->put_Gamma(2.2F);
@@ -93,7 +65,7 @@ TEST_F(HdrFloatingPoint, ModeOfTheHostHoldsInItsEventsAndAfterEveryCall) {
 TEST_F(HdrFloatingPoint, ModeOfTheHostHoldsInTheEventsOfLateBoundCalls) {
     const host::Text file(file_.c_str());
     {
-        const HostMode mode;
+        const HostMode mode(kHosts);
         host::call(hdr_.late(), L"Get_Preview", {file});
         modes_.push_back(currentMode());
         host::call(hdr_.late(), L"Get_BMP");
@@ -112,7 +84,7 @@ TEST_F(HdrFloatingPoint, ModeOfTheHostHoldsInMessagesThatArriveDuringAPreview) {
     const UINT_PTR timer = SetTimer(nullptr, 0, 10, noteMode);
     listener_.onRefresh = [](IDispatch&) { Sleep(30); };
     {
-        const HostMode mode;
+        const HostMode mode(kHosts);
         (void)hdr_.preview(file_);
     }
     KillTimer(nullptr, timer);
@@ -121,13 +93,13 @@ TEST_F(HdrFloatingPoint, ModeOfTheHostHoldsInMessagesThatArriveDuringAPreview) {
 
 TEST_F(HdrFloatingPoint, ModeOfTheHostDoesNotChangePictures) {
     {
-        const HostMode mode;
+        const HostMode mode(kHosts);
         hdr_.view(0.5F, 2.2F);
         (void)hdr_.preview(file_);
     }
     expectShown(picture_.bitmap(0.5F, 2.2F));
     {
-        const HostMode mode;
+        const HostMode mode(kHosts);
         (void)hdr_->put_AutoExposition(VARIANT_TRUE);
         (void)hdr_->Get_BMP();
     }
@@ -141,7 +113,7 @@ TEST_F(HdrFloatingPoint, FaultsBecomeErrorsOrValuesAndNotExceptions) {
     Mode after;
     ASSERT_EQ(hdr_.load(file_), S_OK);
     {
-        const HostMode mode;
+        const HostMode mode(kHosts);
         exposed = hdr_->put_Exposure(1000);
         divided = hdr_.convert(L"x", 0, 0);
         converted = hdr_.convert(folder_ / L"bright.bmp", 127, 1);
@@ -158,7 +130,7 @@ TEST_F(HdrFloatingPoint, ModeThatASinkSetsHoldsAfterwards) {
     listener_.onFinish = [&] { setMode(sinks); };
     Mode after;
     {
-        const HostMode mode;
+        const HostMode mode(kHosts);
         (void)hdr_.load(file_);
         after = currentMode();
     }
