@@ -61,6 +61,11 @@ builds_a_program() {
             "$object" -lole32 -loleaut32 -luuid -o "$throwaway_folder/tour.exe"
 }
 
+# Windows shows hosts the user's classes among the machine's; Wine has only the machine's, so they are copied.
+user_classes_serve_hosts() {
+    in_wine 60 reg copy 'HKCU\Software\Classes' 'HKLM\Software\Classes' /s /f && writes_exposures user && run_regsvr32 /u
+}
+
 has_user_classes() { in_wine 60 reg query 'HKCU\Software\Classes\VrxCommon.CVrxHDR\CLSID'; }
 
 # writes_exposures FOLDER - the main job: a picture made by one sample, and its exposures written by another.
@@ -84,6 +89,7 @@ check "without registration a program with a manifest creates every class" quiet
 check "a program in C++ builds with what is in the package" quietly builds_a_program
 check "the package registers for one user" quietly run_regsvr32 /n /i:user
 check "registered for one user the classes stand in the user's registry" quietly has_user_classes
+check "a host runs with the classes of one user, where the system finds them" quietly user_classes_serve_hosts
 check "the package unregisters for one user" quietly run_regsvr32 /u /n /i:user
 check "unregistered the user's registry has no classes" quietly eval '! has_user_classes'
 check "unregistered the main job does not run" quietly eval '! writes_exposures none'

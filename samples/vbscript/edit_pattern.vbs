@@ -12,7 +12,7 @@ text = "0-255;500-16777215;1000-16711680;"
 If WScript.Arguments.Count = 1 Then text = WScript.Arguments(0)
 
 Set pattern = CreateObject("VrxCommon.CVrxPattern")
-pattern.REGKEY = "Software\VrxCommon\Samples"
+pattern.REGKEY = "Software\VrxCommon samples"
 pattern.Load text
 
 ' Load leaves nothing in its argument when the user cancels.
