@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "com/win32_error.h"
+#include "ground/memory_block.h"
 
 namespace vrx {
 namespace {
@@ -32,6 +33,7 @@ std::wstring folderOf(const std::wstring& path) { return path.substr(0, path.fin
 void lockModule() { ++locks; }
 void unlockModule() {
     if (--locks != 0) return;
+    releaseWaitingBlocks();
     if (const auto action = unusedAction.load()) action();
 }
 bool moduleInUse() { return locks != 0; }

@@ -3,14 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
-#include <new>
 #include <span>
 #include <utility>
 
 #include "ground/error.h"
+#include "ground/memory_block.h"
 
 namespace vrx {
 
@@ -24,7 +22,7 @@ class Bytes {
     explicit Bytes(std::uint64_t size) {
         if (size > kMaxByteCount) throw platformError(Platform::OutOfMemory);
         size_ = static_cast<std::size_t>(size);
-        data_.reset(new (std::nothrow) std::uint8_t[size_]);
+        data_ = makeBlock(size_);
         if (!data_) throw platformError(Platform::OutOfMemory);
     }
 
@@ -37,7 +35,7 @@ class Bytes {
     void shrink(std::size_t size) { size_ = size < size_ ? size : size_; }
 
   private:
-    std::unique_ptr<std::uint8_t[]> data_;
+    MemoryBlock data_;
     std::size_t size_ = 0;
 };
 
@@ -48,14 +46,11 @@ class ZeroedBytes {
     ZeroedBytes() = default;
     explicit ZeroedBytes(std::uint64_t size) {
         if (size > kMaxByteCount) throw platformError(Platform::OutOfMemory);
-        size_ = static_cast<std::size_t>(size);
-        data_.reset(static_cast<std::uint8_t*>(std::calloc(size_ > 0 ? size_ : 1, 1)));
-        if (!data_) throw platformError(Platform::OutOfMemory);
+        take(makeZeroedBlock(static_cast<std::size_t>(size)), static_cast<std::size_t>(size));
     }
     /// A copy, whose memory is not cleared first.
-    explicit ZeroedBytes(std::span<const std::uint8_t> content) : size_(content.size()) {
-        data_.reset(static_cast<std::uint8_t*>(std::malloc(size_ > 0 ? size_ : 1)));
-        if (!data_) throw platformError(Platform::OutOfMemory);
+    explicit ZeroedBytes(std::span<const std::uint8_t> content) {
+        take(makeBlock(content.size()), content.size());
         if (size_ > 0) std::memcpy(data_.get(), content.data(), size_);
     }
     ZeroedBytes(ZeroedBytes&& other) noexcept
@@ -84,10 +79,13 @@ class ZeroedBytes {
   private:
     static constexpr std::uint64_t kMaxKept = 64 << 20;
 
-    struct Free {
-        void operator()(std::uint8_t* block) const { std::free(block); }
-    };
-    std::unique_ptr<std::uint8_t[], Free> data_;
+    void take(MemoryBlock block, std::size_t size) {
+        if (!block) throw platformError(Platform::OutOfMemory);
+        data_ = std::move(block);
+        size_ = size;
+    }
+
+    MemoryBlock data_;
     std::size_t size_ = 0;
 };
 
