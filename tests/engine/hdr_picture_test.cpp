@@ -147,6 +147,38 @@ TEST_F(Picture, PaintsWithAutoExposition) {
     EXPECT_EQ(errorNumberOf([this] { picture.paint(); }), 11);
 }
 
+TEST_F(Picture, PaintsAndConvertsWithAutoExpositionWhatItHasPaintedPlainWithOtherParameters) {
+    const auto bytesOf = [](const HdrPicture& painted) {
+        const Bitmap24& bitmap = painted.preview();
+        return std::vector<std::uint8_t>(bitmap.data(), bitmap.data() + bitmap.size());
+    };
+    RgbeStore store(3, 1);
+    for (std::uint8_t x = 0; x < 3; ++x) {
+        for (int c = 0; c < 3; ++c) store.row(c, 0)[x] = static_cast<std::uint8_t>(20 * x + 3 * c);
+        store.row(3, 0)[x] = 130;
+    }
+    const auto makeReady = [&](HdrPicture& given) {
+        given.setStore(RgbeStore(3, 1, {store.data(), store.size()}));
+        given.setGamma(2.0F);
+        given.setExposure(5.0F);
+        given.setAutoExposition(true);
+    };
+    HdrPicture fresh;
+    makeReady(fresh);
+    fresh.paint();
+    picture.setGamma(1.5F);
+    picture.setExposure(-2.0F);
+    picture.setStore(onePixel({1, 2, 3, 136}));
+    picture.paint();
+    makeReady(picture);
+    const BitmapRows converted = picture.convert(5.0F, 2.0F);
+    std::vector<std::uint8_t> row(12);
+    converted.paint(0, row.data());
+    EXPECT_EQ(row, bytesOf(fresh));
+    picture.paint();
+    EXPECT_EQ(bytesOf(picture), bytesOf(fresh));
+}
+
 TEST_F(Picture, TheDivisionOfHdraetMinMaxIsCheckedOnceForAPaintingNotInEveryRow) {
     picture.setExposure(0.0F);
     picture.setGamma(1.0F);

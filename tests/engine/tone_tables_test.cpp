@@ -174,6 +174,19 @@ TEST_F(Tone, RisesOrFallsWithMantissasAndExponentsAlike) {
     }
 }
 
+TEST_F(Tone, BytesAloneAreThoseOfTheWholeTables) {
+    ToneTables plain;
+    for (const float multiplier : {0.0F, 0.3F, 128.0F, 0x1p100F}) {
+        for (const float inverseGamma : {0.0F, 1.0F / 2.2F, 1.0F, 1.5F, -0.5F}) {
+            if (multiplier == 0.0F && inverseGamma < 0.0F) continue;
+            tables.build(multiplier, inverseGamma);
+            plain.build(multiplier, inverseGamma, ToneParts::Bytes);
+            EXPECT_TRUE(std::equal(tables.bytes(), tables.bytes() + 65536, plain.bytes()))
+                << multiplier << ' ' << inverseGamma;
+        }
+    }
+}
+
 TEST_F(Tone, IsBuiltOnceItWasBuilt) {
     EXPECT_FALSE(tables.built());
     tables.build(1.0F, 1.0F);

@@ -51,6 +51,7 @@ void HdrPicture::makeRoom(bool preview) {
     store_.reset(width, height);
     if (!preview) return;
     preview_.reset(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height));
+    beginPainting(0);
     // A load can have become one with a preview after its begin.
     if (!tablesBuilt()) buildTables();
 }
@@ -81,6 +82,12 @@ bool HdrPicture::hasPixels() const { return !store_.empty() && store_.dimX() > 0
 
 void HdrPicture::previewRow(std::int32_t y) {
     paintPlainRow(tables_, store_, y, preview_.rowFromTop(static_cast<std::uint32_t>(y)));
+    painting_.rows = static_cast<std::uint32_t>(y) + 1;
+}
+
+void HdrPicture::buildNeededTables() {
+    const ToneParts parts = autoExposition_ ? ToneParts::BytesAndSingles : ToneParts::Bytes;
+    tables_.build(multiplier_, inverseGamma_, parts);
 }
 
 /// None for a plain painting.
@@ -92,7 +99,7 @@ std::optional<RowExposition> HdrPicture::measuredExposition() const {
 void HdrPicture::paint() {
     multiplier_ = exposureGiven_ ? exposureMultiplier(exposure_) : 0.0F;
     inverseGamma_ = gammaGiven_ ? inverseOf(gamma_) : 0.0F;
-    buildTables();
+    buildNeededTables();
     if (!hasPixels()) {
         preview_ = {};
         return;
@@ -101,6 +108,7 @@ void HdrPicture::paint() {
     const auto width = static_cast<std::uint32_t>(store_.dimX());
     const auto height = static_cast<std::uint32_t>(store_.dimY());
     if (preview_.width() != width || preview_.height() != height) preview_.reset(width, height);
+    beginPainting(height);
     paintStore(tables_, exposition ? &*exposition : nullptr, store_, preview_);
 }
 
@@ -110,7 +118,7 @@ BitmapRows HdrPicture::convert(float exposure, float gamma) {
         if (gamma == 0.0F) throw platformError(Platform::DivisionByZero);
         inverseGamma_ = inverseOf(gamma);
     }
-    buildTables();
+    buildNeededTables();
     if (!hasPixels()) return {};
     return {static_cast<std::uint32_t>(store_.dimX()), static_cast<std::uint32_t>(store_.dimY()),
             [this, exposition = measuredExposition()](std::uint32_t y, std::uint8_t* bgr) {

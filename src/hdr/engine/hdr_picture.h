@@ -48,7 +48,10 @@ class HdrPicture {
     // Painting.
     [[nodiscard]] bool tablesBuilt() const { return tables_.built(); }
     [[nodiscard]] const Bitmap24& preview() const { return preview_; }
-    void buildTables() { tables_.build(multiplier_, inverseGamma_); }
+    /// Of the preview bitmap.
+    [[nodiscard]] PaintedRows painting() const { return painting_; }
+    /// For plain painting.
+    void buildTables() { tables_.build(multiplier_, inverseGamma_, ToneParts::Bytes); }
     /// One row of the store, plain, into the preview bitmap.
     void previewRow(std::int32_t y);
     /// The whole store into the preview bitmap with the parameters as they are now; empty without pixels.
@@ -65,6 +68,8 @@ class HdrPicture {
     friend class PictureFilling;
 
     [[nodiscard]] bool hasPixels() const;
+    void buildNeededTables();
+    void beginPainting(std::uint32_t rows) { painting_ = {painting_.number + 1, rows}; }
     [[nodiscard]] std::optional<RowExposition> measuredExposition() const;
 
     float gamma_ = 0.0F;
@@ -81,6 +86,7 @@ class HdrPicture {
     std::shared_ptr<const Resolution> filling_;
     ToneTables tables_;
     Bitmap24 preview_;
+    PaintedRows painting_;
 };
 
 /// A load's hold on a picture, from its resolution line to its end. Another load, other pixels or their

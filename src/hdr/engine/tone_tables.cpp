@@ -47,10 +47,23 @@ double linearOf(int exponent, int mantissa, double multiplier) {
     return (mantissa + 0.5) * (std::ldexp(1.0, exponent - 136) * multiplier);
 }
 
+/// (mantissa + 0.5) ^ power. By logarithms, which are there once: the power of some run-time libraries takes
+/// long. A logarithm of 8 at most is 2^-50 off, the product twice that, so far within the guard.
+double powerOfMantissa(int mantissa, double power) {
+    static const auto logarithms = [] {
+        std::array<double, 256> values;
+        for (int i = 0; i < 256; ++i) values[static_cast<std::size_t>(i)] = std::log2(i + 0.5);
+        return values;
+    }();
+    if (std::abs(power) > 1.0) return std::pow(mantissa + 0.5, power);
+    return std::exp2(power * logarithms[static_cast<std::size_t>(mantissa)]);
+}
+
 Factors factorsOf(double multiplier, double inverseGamma) {
     Factors factors;
+    const double ofMultiplier = std::pow(multiplier, inverseGamma);
     for (int i = 0; i < 256; ++i) {
-        factors.mantissa[static_cast<std::size_t>(i)] = std::pow((i + 0.5) * multiplier, inverseGamma);
+        factors.mantissa[static_cast<std::size_t>(i)] = ofMultiplier * powerOfMantissa(i, inverseGamma);
         factors.exponent[static_cast<std::size_t>(i)] = std::exp2((i - 136) * inverseGamma);
     }
     return factors;
@@ -99,19 +112,33 @@ bool fillSingles(const Factors& factors, double exponentFactor, float* singles) 
     return doubt == 0;
 }
 
-/// Replaces the entries that lie within the guard of a rounding by the formula's own.
-void settleDoubts(const Factors& factors, int exponent, double multiplier, double inverseGamma,
-                  std::uint8_t* bytes, float* singles) {
+/// What a table is made of.
+struct Formula {
+    double multiplier;
+    double inverseGamma;
+
+    [[nodiscard]] Entry entry(int exponent, int mantissa) const {
+        return exactEntry(linearOf(exponent, mantissa, multiplier), inverseGamma);
+    }
+};
+
+/// One exponent's values of one kind, those that lie within the guard of a rounding by the formula itself.
+template <class Value>
+void settleDoubts(const Factors& factors, const Formula& formula, int exponent, Value Entry::*value,
+                  Value* values) {
     for (int m = 0; m < 256; ++m) {
         const auto i = static_cast<std::size_t>(m);
         const double v = factors.mantissa[i] * factors.exponent[static_cast<std::size_t>(exponent)];
-        const Entry below = entryOf(v * (1.0 - kGuard));
-        const Entry above = entryOf(v * (1.0 + kGuard));
-        const bool certain = below.byte == above.byte && below.single == above.single;
-        const Entry entry = certain ? below : exactEntry(linearOf(exponent, m, multiplier), inverseGamma);
-        bytes[i] = entry.byte;
-        singles[i] = entry.single;
+        const Value below = entryOf(v * (1.0 - kGuard)).*value;
+        const Value above = entryOf(v * (1.0 + kGuard)).*value;
+        values[i] = below == above ? below : formula.entry(exponent, m).*value;
     }
+}
+
+/// The same without factors to begin with.
+template <class Value>
+void fillExactly(const Formula& formula, int exponent, Value Entry::*value, Value* values) {
+    for (int m = 0; m < 256; ++m) values[m] = formula.entry(exponent, m).*value;
 }
 
 }  // namespace
@@ -122,30 +149,30 @@ float exposureMultiplier(float exposure) {
     return static_cast<float>(std::min(exactPower(2.0, stops), kMaxSingle));
 }
 
-void ToneTables::build(float multiplier, float inverseGamma) {
-    const double scale = multiplier;
-    const double power = inverseGamma;
-    const Factors factors = factorsOf(scale, power);
-    const bool fast = scale > 0.0 && productsAreNormal(factors);
+void ToneTables::build(float multiplier, float inverseGamma, ToneParts parts) {
+    const Formula formula{multiplier, inverseGamma};
+    const Factors factors = factorsOf(formula.multiplier, formula.inverseGamma);
+    const bool fast = multiplier > 0.0F && productsAreNormal(factors);
     if (!fast) {
         // Everything that can fail is in the largest linear value or, below 0, in the smallest.
-        exactEntry(linearOf(power < 0.0 ? 0 : 255, power < 0.0 ? 0 : 255, scale), power);
+        const int corner = inverseGamma < 0.0F ? 0 : 255;
+        static_cast<void>(formula.entry(corner, corner));
     }
     if (!entries_) entries_ = std::make_unique_for_overwrite<Entries>();
     for (int e = 0; e < 256; ++e) {
+        const double factor = factors.exponent[static_cast<std::size_t>(e)];
         std::uint8_t* bytes = entries_->bytes.data() + 256 * e;
-        float* singles = entries_->singles.data() + 256 * e;
-        if (fast) {
-            const double factor = factors.exponent[static_cast<std::size_t>(e)];
-            const bool bytesCertain = fillBytes(factors, factor, bytes);
-            const bool singlesCertain = fillSingles(factors, factor, singles);
-            if (!bytesCertain || !singlesCertain) settleDoubts(factors, e, scale, power, bytes, singles);
-            continue;
+        if (!fast) {
+            fillExactly(formula, e, &Entry::byte, bytes);
+        } else if (!fillBytes(factors, factor, bytes)) {
+            settleDoubts(factors, formula, e, &Entry::byte, bytes);
         }
-        for (int m = 0; m < 256; ++m) {
-            const Entry entry = exactEntry(linearOf(e, m, scale), power);
-            bytes[m] = entry.byte;
-            singles[m] = entry.single;
+        if (parts == ToneParts::Bytes) continue;
+        float* singles = entries_->singles.data() + 256 * e;
+        if (!fast) {
+            fillExactly(formula, e, &Entry::single, singles);
+        } else if (!fillSingles(factors, factor, singles)) {
+            settleDoubts(factors, formula, e, &Entry::single, singles);
         }
     }
 }

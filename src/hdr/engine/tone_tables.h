@@ -13,13 +13,16 @@ namespace vrx {
 /// number.
 [[nodiscard]] float exposureMultiplier(float exposure);
 
+/// What is painted from the tables: a plain picture needs no Singles, which take most of the time.
+enum class ToneParts { Bytes, BytesAndSingles };
+
 class ToneTables {
   public:
     /// For every exponent E and mantissa M: v = ((M + 0.5) * 2^(E - 136) * multiplier) ^ inverseGamma in
     /// double precision, 0 ^ 0 being 1. The byte is v rounded half to even and held to 0 .. 255; the Single
     /// is v / 255, held to the largest finite Single. Error 6 where the power overflows, 5 for 0 to a
-    /// negative power; the tables then stay as they were.
-    void build(float multiplier, float inverseGamma);
+    /// negative power; the tables then stay as they were. Singles that are not asked for are undefined.
+    void build(float multiplier, float inverseGamma, ToneParts parts = ToneParts::BytesAndSingles);
 
     /// Before, there are no tables: they take 320 kB.
     [[nodiscard]] bool built() const { return entries_ != nullptr; }

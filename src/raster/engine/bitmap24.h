@@ -14,6 +14,13 @@ namespace vrx {
     return (std::uint64_t{width} * 3 + 3) & ~std::uint64_t{3};
 }
 
+/// How far a bitmap is painted: the rows from the top that are there, black below them. Rows of one painting
+/// do not change any more, so copies of it need only those that have come since.
+struct PaintedRows {
+    std::uint32_t number = 0;  ///< another for each painting, 0 for none
+    std::uint32_t rows = 0;
+};
+
 class Bitmap24 {
   public:
     Bitmap24() = default;
@@ -38,6 +45,9 @@ class Bitmap24 {
     [[nodiscard]] std::uint8_t* data() { return pixels_.data(); }
 
     /// The row that is y rows below the top of the picture.
+    [[nodiscard]] const std::uint8_t* rowFromTop(std::uint32_t y) const {
+        return pixels_.data() + (height_ - 1 - y) * stride();
+    }
     [[nodiscard]] std::uint8_t* rowFromTop(std::uint32_t y) {
         return pixels_.data() + (height_ - 1 - y) * stride();
     }
