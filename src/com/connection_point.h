@@ -32,6 +32,7 @@ class ConnectionPoint final : public IConnectionPoint {
     template <class Sink, class Call>
     HRESULT tell(Call call);
 
+    [[nodiscard]] bool hasSinks() const { return !sinks_.empty(); }
     [[nodiscard]] const IID& sinkInterface() const { return iid_; }
 
     STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
@@ -69,6 +70,8 @@ class EventSource : public IConnectionPointContainer {
     virtual ~EventSource() = default;
 
     void fire(DISPID event, std::span<const VARIANT> arguments = {}) { point_.fire(event, arguments); }
+    /// Whether somebody listens now.
+    [[nodiscard]] bool isHeard() const { return point_.hasSinks(); }
     void addPoint(ConnectionPoint& point) { points_.push_back(&point); }
 
   private:

@@ -48,7 +48,7 @@ struct StackCalls {
     std::vector<EntryRecord> entries;
     std::vector<EndRecord> ends;
     bool hostRuns = true;
-    unsigned lastNumber = 0;
+    unsigned lastNumber = 0;  // of an entry or of a call into the host
     StackCalls* nextOfThread = nullptr;
     StackCalls* previous = nullptr;
     StackCalls* next = nullptr;
@@ -209,6 +209,7 @@ HostCall::HostCall() noexcept : calls_(allCalls.find()) {
     if (!calls_) return;
     depth_ = calls_->entries.size();
     calls_->hostRuns = true;
+    ++calls_->lastNumber;
     restoreMode(calls_->entries.back().host);
 }
 
@@ -217,6 +218,11 @@ HostCall::~HostCall() {
     calls_->returnTo(depth_);
     calls_->entries.back().host = enterOwnMode();
     calls_->hostRuns = false;
+}
+
+HostTurn lastHostTurn() noexcept {
+    const StackCalls* calls = allCalls.find();
+    return calls ? HostTurn{calls->stack, calls->lastNumber} : HostTurn{};
 }
 
 void enterAfterLeaving(const void* caller) noexcept {

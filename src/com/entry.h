@@ -48,6 +48,16 @@ class HostCall {
     std::size_t depth_ = 0;
 };
 
+/// When the host's code has run last on this stack: another value each time. Not known without a record.
+struct HostTurn {
+    const void* stack = nullptr;
+    unsigned number = 0;
+
+    [[nodiscard]] bool isKnown() const { return stack != nullptr; }
+    bool operator==(const HostTurn&) const = default;
+};
+[[nodiscard]] HostTurn lastHostTurn() noexcept;
+
 /// What the host answers to a call.
 template <class Call>
 auto callHost(Call&& call) {

@@ -150,12 +150,11 @@ bool stackIsHalfUsed() {
     return reinterpret_cast<std::uintptr_t>(&stack) < bottom + (top - bottom) / 2;
 }
 
-}  // namespace
+bool nothingWaits() { return HIWORD(GetQueueStatus(QS_ALLINPUT)) == 0; }
 
-bool doEvents() noexcept {
-    const bool nothingWaits = HIWORD(GetQueueStatus(QS_ALLINPUT)) == 0;
+bool dispatchWaiting() noexcept {
     // The messages are then left to the calls further out.
-    if (nothingWaits || stackIsHalfUsed()) return true;
+    if (stackIsHalfUsed()) return true;
     PendingMessages messages;
     try {
         messages.dispatchAll();
@@ -163,6 +162,31 @@ bool doEvents() noexcept {
         // What was not dispatched waits for the next call.
     }
     return !messages.toQuit();
+}
+
+std::uint64_t ticksOf(BOOL(WINAPI* clock)(LARGE_INTEGER*)) {
+    LARGE_INTEGER ticks{};
+    clock(&ticks);
+    return static_cast<std::uint64_t>(ticks.QuadPart);
+}
+
+}  // namespace
+
+bool doEvents() noexcept { return nothingWaits() || dispatchWaiting(); }
+
+bool MessageBreaks::doEvents() noexcept {
+    static const std::uint64_t millisecond = ticksOf(QueryPerformanceFrequency) / 1000;
+    const HostTurn turn = lastHostTurn();
+    const std::uint64_t now = ticksOf(QueryPerformanceCounter);
+    if (turn.isKnown() && turn == quietTurn_ && now - quietTime_ < millisecond) return true;
+    if (nothingWaits()) {
+        quietTurn_ = turn;
+        quietTime_ = now;
+        return true;
+    }
+    // Windows may be sent messages in there, of which nobody tells us.
+    quietTurn_ = {};
+    return dispatchWaiting();
 }
 
 }  // namespace vrx

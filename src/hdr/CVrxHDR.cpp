@@ -6,7 +6,6 @@
 #include "common/clipboard.h"
 #include "common/file_io.h"
 #include "common/message_box.h"
-#include "common/message_loop.h"
 #include "common/reentry_guard.h"
 #include "ground/blanks.h"
 #include "ground/error_record.h"
@@ -109,9 +108,9 @@ STDMETHODIMP CVrxHDR::get_DimY(long* value) {
 STDMETHODIMP CVrxHDR::Get_Picture(float srcPX, long srcPY, float srcDX, long srcDY, float destPX, long destPY,
                                   float destDX, long destDY, IPictureDisp** value) {
     return answer(value, [&] {
-        if (srcPX == kNoRectangle) return pictureOf({}, {}, true);
+        if (srcPX == kNoRectangle) return wholePicture();
         return pictureOf({toInt32(srcPX), srcPY, toInt32(srcDX), srcDY},
-                         {toInt32(destPX), destPY, toInt32(destDX), destDY}, false);
+                         {toInt32(destPX), destPY, toInt32(destDX), destDY});
     });
 }
 
@@ -174,6 +173,7 @@ STDMETHODIMP CVrxHDR::Save_HDR(BSTR strOutFileName, BSTR* value) {
 STDMETHODIMP CVrxHDR::Get_Preview(BSTR strFileName) {
     return run([&] {
         recordErrors(kClassName, [&] {
+            breaks_ = {};
             const Held<HdrLoad> load(loader_, toText(strFileName));
             load->preview();
         });
@@ -221,7 +221,8 @@ void CVrxHDR::headerLoaded(std::int32_t dimX, std::int32_t dimY) {
 
 /// The preview bitmap onto the surface, and the surface's picture to the host.
 void CVrxHDR::refresh() {
-    surface_.paint(picture_.preview());
+    if (!isHeard()) return endIfAbandoned();
+    surface_.show(picture_.preview(), picture_.painting());
     const Held<ComPtr<IPictureDisp>> picture(surface_.picture());
     VARIANT argument{};
     V_VT(&argument) = VT_DISPATCH;
@@ -236,7 +237,7 @@ void CVrxHDR::finished() {
 }
 
 void CVrxHDR::yield() {
-    if (!doEvents()) loader_.cancel();
+    if (!breaks_.doEvents()) loader_.cancel();
     endIfAbandoned();
 }
 
@@ -301,20 +302,21 @@ void CVrxHDR::writeFile(const std::u16string& path) const {
     file.commit();
 }
 
-ComPtr<IPictureDisp> CVrxHDR::pictureOf(const PixelRect& source, const PixelRect& target, bool whole) {
+/// The whole preview bitmap in its own size.
+ComPtr<IPictureDisp> CVrxHDR::wholePicture() {
+    surface_.show(picture_.preview(), picture_.painting(), oneMore(picture_.dimX()),
+                  oneMore(picture_.dimY()));
+    return surface_.picture();
+}
+
+ComPtr<IPictureDisp> CVrxHDR::pictureOf(const PixelRect& source, const PixelRect& target) {
     const Bitmap24& preview = picture_.preview();
-    const auto width = static_cast<std::int32_t>(preview.width());
-    const auto height = static_cast<std::int32_t>(preview.height());
-    const PixelRect all{0, 0, width, height};
-    if (whole) {
-        surface_.resize(oneMore(picture_.dimX()), oneMore(picture_.dimY()));
-    } else {
-        surface_.resize(target.width, target.height);
-    }
+    surface_.resize(target.width, target.height);
     if (!preview.empty()) {
         BITMAPINFO info{};
-        info.bmiHeader = header24(width, height);
-        surface_.stretch(whole ? all : target, whole ? all : source, info, preview.data());
+        info.bmiHeader =
+            header24(static_cast<std::int32_t>(preview.width()), static_cast<std::int32_t>(preview.height()));
+        surface_.stretch(target, source, info, preview.data());
     }
     return surface_.picture();
 }

@@ -6,6 +6,7 @@
 #include "VrxCommon.h"
 #include "com/connection_point.h"
 #include "com/object_base.h"
+#include "common/message_loop.h"
 #include "hdr/engine/hdr_loader.h"
 #include "hdr/engine/hdr_picture.h"
 #include "hdr/hdr_dialogs.h"
@@ -70,8 +71,8 @@ class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource, HdrFriend>, priva
     void convertToBmp(const std::u16string& path, float exposure, float gamma);
     [[nodiscard]] std::u16string saveFile(const std::u16string& path);
     void writeFile(const std::u16string& path) const;
-    [[nodiscard]] ComPtr<IPictureDisp> pictureOf(const PixelRect& source, const PixelRect& target,
-                                                 bool whole);
+    [[nodiscard]] ComPtr<IPictureDisp> wholePicture();
+    [[nodiscard]] ComPtr<IPictureDisp> pictureOf(const PixelRect& source, const PixelRect& target);
     void readPixel(std::int32_t x, std::int32_t y, VARIANT& red, VARIANT& green, VARIANT& blue) const;
 
     const HdrDialogs& dialogs_;
@@ -79,6 +80,7 @@ class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource, HdrFriend>, priva
     HdrPicture picture_;
     HdrLoader loader_;
     DrawingSurface surface_;
+    MessageBreaks breaks_;
     bool loadDialogOpen_ = false;
     bool saveDialogOpen_ = false;
 };

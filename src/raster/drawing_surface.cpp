@@ -38,6 +38,7 @@ bool isWithin(const PixelRect& rectangle, LONG width, LONG height) {
 
 void DrawingSurface::resize(std::int32_t width, std::int32_t height) {
     if (!prepare(width, height)) std::memset(canvas_.bits, 0, sizeOf(canvas_.width, canvas_.height));
+    canvas_.painting = {};
 }
 
 /// A canvas of this size that nobody else holds; whether it is black, as it is when new.
@@ -66,19 +67,41 @@ bool DrawingSurface::canTake(const Canvas& canvas, std::int32_t width, std::int3
 DrawingSurface::Canvas DrawingSurface::create(std::int32_t width, std::int32_t height) {
     BitmapSection section = makeSection(width, height);
     const HBITMAP bitmap = section.bitmap.get();
-    return {makePicture(std::move(section.bitmap)), bitmap, section.bits, width, height};
+    return {makePicture(std::move(section.bitmap)), bitmap, section.bits, width, height, {}};
 }
 
-void DrawingSurface::paint(const Bitmap24& bitmap) {
+/// One row of the bitmap, black where it ends before the canvas does.
+void DrawingSurface::copyRow(const Canvas& canvas, std::uint32_t y, const Bitmap24& bitmap) {
+    const std::size_t stride = sizeOf(canvas.width, 1);
+    std::uint8_t* row = canvas.bits + (static_cast<std::size_t>(canvas.height) - 1 - y) * stride;
+    const auto shown = std::min(bitmap.width(), static_cast<std::uint32_t>(canvas.width)) * std::size_t{3};
+    std::memcpy(row, bitmap.rowFromTop(y), shown);
+    std::memset(row + shown, 0, stride - shown);
+}
+
+void DrawingSurface::show(const Bitmap24& bitmap, PaintedRows painting) {
     if (bitmap.empty()) return resize(0, 0);
-    prepare(static_cast<std::int32_t>(bitmap.width()), static_cast<std::int32_t>(bitmap.height()));
-    std::memcpy(canvas_.bits, bitmap.data(), bitmap.size());
+    show(bitmap, painting, static_cast<std::int32_t>(bitmap.width()),
+         static_cast<std::int32_t>(bitmap.height()));
+}
+
+void DrawingSurface::show(const Bitmap24& bitmap, PaintedRows painting, std::int32_t width,
+                          std::int32_t height) {
+    if (bitmap.empty()) return resize(width, height);
+    const bool isBlack = prepare(width, height);
+    const auto rows = static_cast<std::uint32_t>(canvas_.height);
+    const bool goesOn = canvas_.painting.number == painting.number && canvas_.painting.rows <= painting.rows;
+    const std::uint32_t end = std::min({painting.rows, bitmap.height(), rows});
+    for (std::uint32_t y = goesOn ? canvas_.painting.rows : 0; y < end; ++y) copyRow(canvas_, y, bitmap);
+    if (!goesOn && !isBlack) std::memset(canvas_.bits, 0, (rows - end) * sizeOf(canvas_.width, 1));
+    canvas_.painting = painting;
 }
 
 void DrawingSurface::stretch(const PixelRect& target, const PixelRect& source, const BITMAPINFO& info,
                              const void* bits) {
     const BitmapDc dc(canvas_.bitmap);
     if (!dc) throw platformError(Platform::OutOfMemory);
+    canvas_.painting = {};
     SetStretchBltMode(dc.get(), COLORONCOLOR);
     const int lines =
         StretchDIBits(dc.get(), target.left, target.top, target.width, target.height, source.left, source.top,

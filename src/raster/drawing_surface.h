@@ -31,8 +31,11 @@ class DrawingSurface {
     /// that the system cannot hold.
     void resize(std::int32_t width, std::int32_t height);
 
-    /// The whole of a bitmap, in its own size: of an empty one, black.
-    void paint(const Bitmap24& bitmap);
+    /// A bitmap in its own size: of an empty one, black. The rows that the surface has of the bitmap's
+    /// painting already stay. Errors as for resize().
+    void show(const Bitmap24& bitmap, PaintedRows painting);
+    /// The same at the top left corner of a surface of this size, which is black around it.
+    void show(const Bitmap24& bitmap, PaintedRows painting, std::int32_t width, std::int32_t height);
 
     /// Draws bits of any format into the surface, eliminating rows and columns where it shrinks.
     void stretch(const PixelRect& target, const PixelRect& source, const BITMAPINFO& info, const void* bits);
@@ -52,10 +55,12 @@ class DrawingSurface {
         std::uint8_t* bits = nullptr;
         std::int32_t width = 0;
         std::int32_t height = 0;
+        PaintedRows painting;
     };
 
     static Canvas create(std::int32_t width, std::int32_t height);
     static bool canTake(const Canvas& canvas, std::int32_t width, std::int32_t height);
+    static void copyRow(const Canvas& canvas, std::uint32_t y, const Bitmap24& bitmap);
     bool prepare(std::int32_t width, std::int32_t height);
 
     Canvas canvas_;

@@ -120,6 +120,38 @@ TEST_F(HdrEvents, PictureThatIsKeptStaysAsItWasWhileLaterOnesAreGivenBack) {
     EXPECT_EQ(pixelsOf(*first), shown(1, 1));
 }
 
+TEST_F(HdrEvents, RefreshShowsTheRowsDecodedSoFarWhateverElseWasPaintedMeanwhile) {
+    const auto paint = [this](float left, long top, float width, long height) {
+        vrx::ComPtr<IPictureDisp> picture;
+        EXPECT_EQ(hdr_->Get_Picture(left, top, 3, 200, 0, 0, width, height, picture.put()), S_OK);
+    };
+    const std::function<void()> meanwhile[] = {
+        [] {},
+        [&] { paint(0, 0, 3, 200); },
+        [&] { paint(1, 7, 3, 200); },
+        [&] { paint(0, 0, 9, 9); },
+        [&] { paint(-1, 0, 0, 0); },
+    };
+    Listener listener(hdr_);
+    const std::vector<Pixels> expected = {shown(0, 1, 1), shown(0, 1, 81), shown(0, 1, 161), shown(0, 1)};
+    for (const auto& paintSomethingElse : meanwhile) {
+        for (const bool holds : {false, true}) {
+            vrx::ComPtr<IDispatch> held;
+            std::vector<Pixels> seen;
+            listener.onRefresh = [&](IDispatch& picture) {
+                seen.push_back(pixelsOf(picture));
+                if (holds) held = vrx::ComPtr<IDispatch>(&picture);
+                paintSomethingElse();
+            };
+            for (int load = 0; load < 2; ++load) {
+                seen.clear();
+                EXPECT_EQ(hdr_.preview(file_), S_OK);
+                EXPECT_EQ(seen, expected);
+            }
+        }
+    }
+}
+
 TEST_F(HdrEvents, PictureOutlivesTheObject) {
     vrx::ComPtr<IDispatch> kept;
     {

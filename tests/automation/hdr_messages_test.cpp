@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <semaphore>
+#include <stop_token>
+#include <thread>
+
 #include "hdr_host.h"
 #include "picture_pixels.h"
 
@@ -95,6 +100,44 @@ TEST_F(HdrMessages, MayChangeParametersOfAPreview) {
     EXPECT_EQ(hdr_.preview(file_), S_OK);
     EXPECT_EQ(listener_.log, std::string(kEnded) + kWhole);
     EXPECT_EQ(last, host::pixels24(3, 200, tall_.bitmap(4, 1)));
+}
+
+TEST_F(HdrMessages, ThatAnotherThreadSendsAreAnsweredDuringAPreview) {
+    bool loading = false;
+    const MessageWindow window([&](UINT) { loading = hdr_.loading(); });
+    std::jthread sender;
+    listener_.onRefresh = [&](IDispatch&) {
+        if (listener_.refreshes != 1) return;
+        sender = std::jthread([&] { SendMessageW(window.get(), WM_APP, 0, 0); });
+        for (int i = 0; i < 5000 && HIWORD(GetQueueStatus(QS_SENDMESSAGE)) == 0; ++i) Sleep(1);
+    };
+    EXPECT_EQ(hdr_.preview(file_), S_OK);
+    EXPECT_TRUE(loading);
+    // Lets the sender end in any case.
+    MSG message;
+    PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
+}
+
+TEST_F(HdrMessages, ThatAnotherThreadPostsArriveAlsoWhereNoneOfTheHostsCodeHasRun) {
+    const std::wstring file = folder_.write(L"very tall.hdr", RgbePicture(3, 200000).file());
+    listener_.disconnect();
+    int loads = 0;
+    std::binary_semaphore next(1);
+    const MessageWindow window([&](UINT) {
+        loads += hdr_.loading();
+        // Begins again from the first row.
+        if (loads < 3) hdr_->put_Exposure(static_cast<float>(loads));
+        next.release();
+    });
+    std::jthread poster([&](const std::stop_token& stop) {
+        while (!stop.stop_requested()) {
+            if (!next.try_acquire_for(std::chrono::milliseconds(10))) continue;
+            Sleep(3);
+            PostMessageW(window.get(), WM_APP, 0, 0);
+        }
+    });
+    EXPECT_EQ(hdr_.preview(file), S_OK);
+    EXPECT_GE(loads, 3);
 }
 
 TEST_F(HdrMessages, MayReleaseTheObject) {

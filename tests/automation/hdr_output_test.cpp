@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -20,6 +21,7 @@ using host::pixels24;
 using host::pixelsOf;
 using host::Rgbe;
 using host::RgbePicture;
+using host::strideOf;
 
 namespace {
 
@@ -169,6 +171,30 @@ TEST_F(HdrOutput, GetPictureWithAllArgumentsOmittedHasTheSizeOfTheStore) {
         host::call(hdr_.late(), L"Get_Picture", {host::omitted(), host::integer(3), host::omitted()});
     ASSERT_EQ(V_VT(&marked.result.get()), VT_DISPATCH);
     EXPECT_EQ(pixelsOf(*V_DISPATCH(&marked.result.get())), pixels24(8, 6, expected));
+}
+
+TEST_F(HdrOutput, GetPictureOfAStoreOfAnotherSizeHasWhatFitsOfTheLastPaintedBitmapAndBlack) {
+    hdr_.view(0, 1);
+    ASSERT_EQ(hdr_->Get_BMP(), S_OK);
+    const FileBytes bitmap = picture_.bitmap(0, 1);
+    const auto expected = [&](int width, int height) {
+        FileBytes bytes(strideOf(width) * static_cast<std::size_t>(height));
+        for (int y = 0; y < std::min(height, 5); ++y) {
+            const auto row = bitmap.begin() + static_cast<std::ptrdiff_t>(strideOf(7)) * (4 - y);
+            std::copy_n(row, 3 * std::min(width, 7),
+                        bytes.begin() + static_cast<std::ptrdiff_t>(strideOf(width)) * (height - 1 - y));
+        }
+        return pixels24(width, height, bytes);
+    };
+    for (const auto& [width, height] :
+         {std::pair(2, 3), std::pair(11, 4), std::pair(5, 9), std::pair(10, 8)}) {
+        ASSERT_EQ(hdr_.set(RgbePicture(width, height)), S_OK);
+        for (int i = 0; i < 2; ++i) {
+            vrx::ComPtr<IPictureDisp> picture;
+            ASSERT_EQ(hdr_->Get_Picture(-1, 0, 0, 0, 0, 0, 0, 0, picture.put()), S_OK);
+            EXPECT_EQ(pixelsOf(*picture), expected(width + 1, height + 1));
+        }
+    }
 }
 
 TEST_F(HdrOutput, GetPictureBeforeAnythingIsPaintedIsAPicture) {
