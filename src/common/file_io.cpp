@@ -37,11 +37,17 @@ bool isFolder(DWORD attributes) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+/// A folder is refused like a file without rights, however its name is written.
+Error whyNotReadable(const std::wstring& path, DWORD error) {
+    return isFolder(GetFileAttributesW(path.c_str())) ? platformError(Platform::PathFileAccess)
+                                                      : win32Error(error);
+}
+
 KernelHandle openForReading(const std::wstring& path) {
     const DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     KernelHandle file = validHandle(CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING,
                                                 FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    if (!file) throwLastError();
+    if (!file) throw whyNotReadable(path, GetLastError());
     // Reading from a console or a pipe could wait for ever.
     if (GetFileType(file.get()) != FILE_TYPE_DISK) throw platformError(Platform::PathFileAccess);
     return file;
@@ -86,9 +92,7 @@ void writeAll(HANDLE file, std::span<const std::uint8_t> bytes) {
 }
 
 /// Refuses what a new file must not take the place of.
-void checkTarget(const std::wstring& path) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) return;
+void checkTarget(DWORD attributes) {
     if ((attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0) {
         throw platformError(Platform::PathFileAccess);
     }
@@ -98,13 +102,14 @@ void flush(HANDLE file) {
     if (!FlushFileBuffers(file)) throwLastError();
 }
 
-/// Whether the user's rights let a file go. Error 70 for one that a program has open.
-bool mayGo(const std::wstring& path) {
+/// A file that is to go; none where the user's rights do not let it. Error 70 for one that a program has
+/// open.
+KernelHandle openToGo(const std::wstring& path) {
     const DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const KernelHandle file = validHandle(
+    KernelHandle file = validHandle(
         CreateFileW(path.c_str(), DELETE | READ_CONTROL, share, nullptr, OPEN_EXISTING, 0, nullptr));
     if (!file && GetLastError() != ERROR_ACCESS_DENIED) throwLastError();
-    return static_cast<bool>(file);
+    return file;
 }
 
 bool isSameFile(HANDLE file, const std::wstring& path) {
@@ -122,7 +127,6 @@ bool isSameFile(HANDLE file, const std::wstring& path) {
 
 InputFile::InputFile(const std::u16string& path) {
     const std::wstring name = systemPath(path);
-    if (isFolder(GetFileAttributesW(name.c_str()))) throw platformError(Platform::PathFileAccess);
     file_ = openForReading(name);
 }
 
@@ -202,11 +206,13 @@ std::u16string TemporaryFile::path() const {
 FileReplacement::FileReplacement(Unopened, const std::u16string& path) : path_(systemPath(path)) {}
 
 FileReplacement::FileReplacement(const std::u16string& path) : FileReplacement(Unopened{}, path) {
-    checkTarget(path_);
-    const bool isNew = GetFileAttributesW(path_.c_str()) == INVALID_FILE_ATTRIBUTES;
+    const DWORD attributes = GetFileAttributesW(path_.c_str());
+    const bool isNew = attributes == INVALID_FILE_ATTRIBUTES;
     if (!isNew) {
-        if (!mayGo(path_)) return;
-        traits_.emplace(path_);
+        checkTarget(attributes);
+        const KernelHandle old = openToGo(path_);
+        if (!old) return;
+        traits_.emplace(old.get());
     }
     if (!openSibling()) {
         const DWORD error = GetLastError();
@@ -255,8 +261,9 @@ void FileReplacement::commit() {
     if (!file_) return overwriteTarget();
     flush(file_.get());
     if (traits_) traits_->giveCreationTime(file_.get());
+    const bool lacksAttributes = traits_ && !traits_->hasAttributes(file_.get());
     file_.reset();
-    if (traits_ && !traits_->giveAttributes(sibling_)) throwLastError();
+    if (lacksAttributes && !traits_->giveAttributes(sibling_)) throwLastError();
     moveSibling();
     sibling_.clear();
 }

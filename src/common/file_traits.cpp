@@ -12,6 +12,9 @@ constexpr DWORD kSettable = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FI
                             FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_TEMPORARY | FILE_ATTRIBUTE_OFFLINE |
                             FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
 
+// Bytes of most files' descriptors.
+constexpr std::size_t kUsualRights = 512;
+
 /// Compressed or not, where the folder's default is the other. It is a matter of room on the disk only.
 void compress(HANDLE file, bool compressed) {
     USHORT format = compressed ? COMPRESSION_FORMAT_DEFAULT : COMPRESSION_FORMAT_NONE;
@@ -19,36 +22,45 @@ void compress(HANDLE file, bool compressed) {
     DeviceIoControl(file, FSCTL_SET_COMPRESSION, &format, sizeof format, nullptr, 0, &answered, nullptr);
 }
 
-}  // namespace
-
-FileTraits::FileTraits(const std::wstring& path) {
-    WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) throw win32Error(GetLastError());
-    attributes_ = data.dwFileAttributes;
-    created_ = data.ftCreationTime;
-    rights_ = rightsOf(path);
+DWORD attributesOf(HANDLE file) {
+    BY_HANDLE_FILE_INFORMATION information{};
+    return GetFileInformationByHandle(file, &information) ? information.dwFileAttributes : 0;
 }
 
-FileTraits::Rights FileTraits::rightsOf(const std::wstring& path) {
+}  // namespace
+
+FileTraits::FileTraits(HANDLE file) {
+    BY_HANDLE_FILE_INFORMATION information{};
+    if (!GetFileInformationByHandle(file, &information)) throw win32Error(GetLastError());
+    attributes_ = information.dwFileAttributes;
+    created_ = information.ftCreationTime;
+    rights_ = rightsOf(file);
+}
+
+FileTraits::Rights FileTraits::rightsOf(HANDLE file) {
+    Rights rights(kUsualRights);
     DWORD size = 0;
-    if (!GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size) &&
-        GetLastError() == ERROR_ACCESS_DENIED) {
-        throw win32Error(ERROR_ACCESS_DENIED);
+    const auto read = [&] {
+        return GetKernelObjectSecurity(file, DACL_SECURITY_INFORMATION, rights.data(),
+                                       static_cast<DWORD>(rights.size()), &size) != FALSE;
+    };
+    bool done = read();
+    if (!done && GetLastError() == ERROR_INSUFFICIENT_BUFFER) {
+        rights.resize(size);
+        done = read();
     }
-    Rights rights(size);
-    if (size == 0 || !GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size)) {
-        return {};
-    }
+    if (!done) return {};
+    rights.resize(GetSecurityDescriptorLength(rights.data()));
     return rights;
 }
 
 bool FileTraits::giveRights(const std::wstring& path, HANDLE file) const {
     const bool compressed = (attributes_ & FILE_ATTRIBUTE_COMPRESSED) != 0;
-    const bool isCompressed = (GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_COMPRESSED) != 0;
+    const bool isCompressed = (attributesOf(file) & FILE_ATTRIBUTE_COMPRESSED) != 0;
     if (compressed != isCompressed) compress(file, compressed);
 
     // Most files have what they inherit from their folder, and so has the new one.
-    if (rights_.empty() || rightsOf(path) == rights_) return true;
+    if (rights_.empty() || rightsOf(file) == rights_) return true;
     Rights rights = rights_;
     auto* const descriptor = reinterpret_cast<SECURITY_DESCRIPTOR*>(rights.data());
     // Without the request the system drops the mark that some rights are inherited.
@@ -57,6 +69,12 @@ bool FileTraits::giveRights(const std::wstring& path, HANDLE file) const {
 }
 
 void FileTraits::giveCreationTime(HANDLE file) const { SetFileTime(file, &created_, nullptr, nullptr); }
+
+/// A file that has been written to gets the archive attribute when it is closed at the latest.
+bool FileTraits::hasAttributes(HANDLE file) const {
+    return (attributes_ & FILE_ATTRIBUTE_ARCHIVE) != 0 &&
+           (attributesOf(file) & kSettable) == (attributes_ & kSettable);
+}
 
 bool FileTraits::giveAttributes(const std::wstring& path) const {
     const DWORD settable = attributes_ & kSettable;

@@ -12,8 +12,8 @@ namespace vrx {
 
 class FileTraits {
   public:
-    /// Those of an existing file. Fails with the platform's errors.
-    explicit FileTraits(const std::wstring& path);
+    /// Those of an existing file, opened for reading its rights. Fails with the platform's errors.
+    explicit FileTraits(HANDLE file);
 
     /// The attribute that a file can have only from its creation on, for CreateFile: encrypted.
     [[nodiscard]] DWORD creationAttributes() const { return attributes_ & FILE_ATTRIBUTE_ENCRYPTED; }
@@ -25,13 +25,15 @@ class FileTraits {
 
     /// The rest, for the finished file: what is written changes attributes. The handle is for the time.
     void giveCreationTime(HANDLE file) const;
+    /// Whether it has the attributes already, and will keep them when it is closed.
+    [[nodiscard]] bool hasAttributes(HANDLE file) const;
     /// False where the system does not allow it.
     [[nodiscard]] bool giveAttributes(const std::wstring& path) const;
 
   private:
     using Rights = std::vector<std::uint8_t>;
 
-    static Rights rightsOf(const std::wstring& path);
+    static Rights rightsOf(HANDLE file);
 
     DWORD attributes_ = 0;
     FILETIME created_{};
