@@ -1,17 +1,62 @@
 // Vector instructions for kernels that are compiled twice, for SSE2 and for AVX2: VRX_LANES(add_epi16) is the
 // instruction of that name on all lanes there are. VRX_ROWS names the namespace, so that the two never mix.
-// Other processors have no VRX_LANES.
+// Other processors have no VRX_LANES. Doubles are the compiler's own vectors, on every processor.
 #pragma once
 
 #if defined(__SSE2__)
-
 #include <immintrin.h>
+#endif
 
 #include <cstddef>
 #include <cstdint>
 
+// Vectors of Doubles travel by reference only, so that no calling convention depends on the instructions.
+#define VRX_INLINE [[gnu::always_inline]] inline
+
 namespace vrx::VRX_ROWS {
 
+#if defined(__AVX2__)
+inline constexpr std::size_t kDoubleLanes = 4;
+#else
+inline constexpr std::size_t kDoubleLanes = 2;
+#endif
+
+using Doubles = double __attribute__((vector_size(kDoubleLanes * sizeof(double))));
+using DoubleBits = std::uint64_t __attribute__((vector_size(kDoubleLanes * sizeof(std::uint64_t))));
+
+// The three operations for which the compiler does not find the instruction by itself. Of two values that do
+// not compare, the second is taken.
+VRX_INLINE void load(Doubles& lanes, const float* values) {
+#if defined(__AVX2__)
+    lanes = _mm256_cvtps_pd(_mm_loadu_ps(values));
+#elif defined(__SSE2__)
+    lanes = _mm_cvtps_pd(_mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(values))));
+#else
+    for (std::size_t i = 0; i < kDoubleLanes; ++i) lanes[i] = values[i];
+#endif
+}
+
+VRX_INLINE void smaller(Doubles& result, const Doubles& a, const Doubles& b) {
+#if defined(__AVX2__)
+    result = _mm256_min_pd(a, b);
+#elif defined(__SSE2__)
+    result = _mm_min_pd(a, b);
+#else
+    result = a < b ? a : b;
+#endif
+}
+
+VRX_INLINE void larger(Doubles& result, const Doubles& a, const Doubles& b) {
+#if defined(__AVX2__)
+    result = _mm256_max_pd(a, b);
+#elif defined(__SSE2__)
+    result = _mm_max_pd(a, b);
+#else
+    result = a > b ? a : b;
+#endif
+}
+
+#if defined(__SSE2__)
 #if defined(__AVX2__)
 
 #define VRX_LANES(name) _mm256_##name
@@ -61,6 +106,6 @@ inline Floats restOf(Floats values, Integers nearest) {
     return VRX_LANES(andnot_ps)(VRX_LANES(set1_ps)(-0.0F), rest);
 }
 
-}  // namespace vrx::VRX_ROWS
-
 #endif
+
+}  // namespace vrx::VRX_ROWS

@@ -8,42 +8,17 @@
 #include <algorithm>
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <immintrin.h>
-#endif
-
 #include "ground/lanes.h"
+#include "hdr/engine/exposure_colours.h"
 
 namespace vrx::VRX_ROWS {
 namespace {
-
-#if defined(__AVX2__)
-constexpr std::size_t kLanes = 4;
-#else
-constexpr std::size_t kLanes = 2;
-#endif
-constexpr std::size_t kBlock = 64;
-
-using Lanes = double __attribute__((vector_size(kLanes * sizeof(double))));
-using Words = std::uint64_t __attribute__((vector_size(kLanes * sizeof(std::uint64_t))));
-
-// Vectors travel by reference only, so that no calling convention depends on the instructions.
-#define VRX_INLINE [[gnu::always_inline]] inline
-
-struct Colours {
-    float r[kBlock], g[kBlock], b[kBlock];
-};
-
-struct Pixels {
-    Lanes r, g, b;
-};
 
 /// Blue, green and red in the low 24 bits.
 using Packed = std::uint32_t[kBlock];
 
 // Primaries of the picture to CIE XYZ and back, as Singles.
 constexpr double kRgbToX[] = {0.5141364F, 0.32387858F, 0.16036376F};
-constexpr double kRgbToY[] = {0.265068F, 0.67023426F, 0.06409157F};
 constexpr double kRgbToZ[] = {0.0241188F, 0.1228178F, 0.84442663F};
 constexpr double kXyzToR[] = {2.5651F, -1.1665F, -0.3986F};
 constexpr double kXyzToG[] = {-1.0217F, 1.9777F, 0.0439F};
@@ -81,95 +56,22 @@ constexpr double kGuard = 0x1p-30;
 // Added to a value in 0 .. 255, leaves it rounded half to even in the lowest bits.
 constexpr double kRounder = 0x1.8p52;
 
-VRX_INLINE void dot(Lanes& result, const double (&m)[3], const Lanes& a, const Lanes& b, const Lanes& c) {
-    result = m[0] * a + m[1] * b + m[2] * c;
-}
-
-// The three operations for which the compiler does not find the instruction by itself. Of two values that do
-// not compare, the second is taken.
-VRX_INLINE void load(Lanes& lanes, const float* values) {
-#if defined(__AVX2__)
-    lanes = _mm256_cvtps_pd(_mm_loadu_ps(values));
-#elif defined(__SSE2__)
-    lanes = _mm_cvtps_pd(_mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(values))));
-#else
-    for (std::size_t i = 0; i < kLanes; ++i) lanes[i] = values[i];
-#endif
-}
-
-VRX_INLINE void smaller(Lanes& result, const Lanes& a, const Lanes& b) {
-#if defined(__AVX2__)
-    result = _mm256_min_pd(a, b);
-#elif defined(__SSE2__)
-    result = _mm_min_pd(a, b);
-#else
-    result = a < b ? a : b;
-#endif
-}
-
-VRX_INLINE void larger(Lanes& result, const Lanes& a, const Lanes& b) {
-#if defined(__AVX2__)
-    result = _mm256_max_pd(a, b);
-#elif defined(__SSE2__)
-    result = _mm_max_pd(a, b);
-#else
-    result = a > b ? a : b;
-#endif
-}
-
-VRX_INLINE void hold(Lanes& value) {
-    larger(value, value, Lanes{});
-    smaller(value, value, Lanes{} + 255.0);
-}
-
-VRX_INLINE void load(Pixels& pixels, const Colours& colours, std::size_t i) {
-    load(pixels.r, colours.r + i);
-    load(pixels.g, colours.g + i);
-    load(pixels.b, colours.b + i);
+VRX_INLINE void hold(Doubles& value) {
+    larger(value, value, Doubles{});
+    smaller(value, value, Doubles{} + 255.0);
 }
 
 /// The bytes of pixels already held and rounded, blue, green and red in the low 24 bits.
 VRX_INLINE void pack(Packed& packed, std::size_t i, const Pixels& rounded) {
-    const auto r = reinterpret_cast<Words>(rounded.r) & 0xFF;
-    const auto g = reinterpret_cast<Words>(rounded.g) & 0xFF;
-    const auto b = reinterpret_cast<Words>(rounded.b) & 0xFF;
-    const Words bgr = b | (g << 8) | (r << 16);
-    for (std::size_t n = 0; n < kLanes; ++n) packed[i + n] = static_cast<std::uint32_t>(bgr[n]);
-}
-
-VRX_INLINE void fetchPixel(Colours& colours, std::size_t i, const ExposureRow& row, std::size_t x,
-                           const float* singles) {
-    colours.r[i] = singles[row.r[x]];
-    colours.g[i] = singles[row.g[x]];
-    colours.b[i] = singles[row.b[x]];
-}
-
-VRX_INLINE const float* singlesAt(const ExposureRow& row, std::size_t x) {
-    return row.singles + (std::size_t{row.e[x]} << 8);
-}
-
-/// Eight pixels, most often of one exponent.
-VRX_INLINE void fetchEight(Colours& colours, std::size_t i, const ExposureRow& row, std::size_t x) {
-    std::uint64_t exponents;
-    std::memcpy(&exponents, row.e + x, sizeof exponents);
-    const float* singles = singlesAt(row, x);
-    if (exponents == row.e[x] * 0x0101010101010101U) {
-        for (std::size_t n = 0; n < 8; ++n) fetchPixel(colours, i + n, row, x + n, singles);
-    } else {
-        for (std::size_t n = 0; n < 8; ++n) fetchPixel(colours, i + n, row, x + n, singlesAt(row, x + n));
-    }
-}
-
-/// Looks up a block's colours; past the end of the row the last one again.
-void fetch(Colours& colours, const ExposureRow& row, std::size_t x, std::size_t count) {
-    std::size_t i = 0;
-    for (; i + 8 <= count; i += 8) fetchEight(colours, i, row, x + i);
-    for (; i < count; ++i) fetchPixel(colours, i, row, x + i, singlesAt(row, x + i));
-    for (; i < kBlock; ++i) fetchPixel(colours, i, row, x + count - 1, singlesAt(row, x + count - 1));
+    const auto r = reinterpret_cast<DoubleBits>(rounded.r) & 0xFF;
+    const auto g = reinterpret_cast<DoubleBits>(rounded.g) & 0xFF;
+    const auto b = reinterpret_cast<DoubleBits>(rounded.b) & 0xFF;
+    const DoubleBits bgr = b | (g << 8) | (r << 16);
+    for (std::size_t n = 0; n < kDoubleLanes; ++n) packed[i + n] = static_cast<std::uint32_t>(bgr[n]);
 }
 
 template <RowOperator op>
-VRX_INLINE void operate(Lanes& luminance, const RowExposition& exposition) {
+VRX_INLINE void operate(Doubles& luminance, const RowExposition& exposition) {
     if constexpr (op == RowOperator::WhitePoint) {
         luminance = luminance * (1.0 + luminance * exposition.whitePoint) / (1.0 + luminance);
     } else if constexpr (op == RowOperator::Stretch) {
@@ -180,16 +82,16 @@ VRX_INLINE void operate(Lanes& luminance, const RowExposition& exposition) {
 /// The steps themselves: RGB to Yxy, operator, Yxy to RGB.
 template <RowOperator op>
 VRX_INLINE void exposeSteps(Pixels& pixels, const RowExposition& exposition) {
-    const Lanes zero{};
-    Lanes bigX, bigY, bigZ;
+    const Doubles zero{};
+    Doubles bigX, bigY, bigZ;
     dot(bigX, kRgbToX, pixels.r, pixels.g, pixels.b);
     dot(bigY, kRgbToY, pixels.r, pixels.g, pixels.b);
     dot(bigZ, kRgbToZ, pixels.r, pixels.g, pixels.b);
-    const Lanes sum = bigX + bigY + bigZ;
-    const Lanes inverse = 1.0 / sum;
-    const Lanes x = sum > 0.0 ? bigX * inverse : zero;
-    const Lanes y = sum > 0.0 ? bigY * inverse : zero;
-    Lanes luminance = sum > 0.0 ? bigY : zero;
+    const Doubles sum = bigX + bigY + bigZ;
+    const Doubles inverse = 1.0 / sum;
+    const Doubles x = sum > 0.0 ? bigX * inverse : zero;
+    const Doubles y = sum > 0.0 ? bigY * inverse : zero;
+    Doubles luminance = sum > 0.0 ? bigY : zero;
 
     operate<op>(luminance, exposition);
 
@@ -201,7 +103,7 @@ VRX_INLINE void exposeSteps(Pixels& pixels, const RowExposition& exposition) {
     dot(pixels.b, kXyzToB, bigX, luminance, bigZ);
 }
 
-VRX_INLINE void round(Lanes& component) {
+VRX_INLINE void round(Doubles& component) {
     component = component * 255.0;
     hold(component);
     component = component + kRounder;
@@ -210,7 +112,7 @@ VRX_INLINE void round(Lanes& component) {
 template <RowOperator op>
 void exposeBySteps(Packed& packed, const Colours& colours, const RowExposition& exposition,
                    std::size_t begin = 0, std::size_t end = kBlock) {
-    for (std::size_t i = begin; i < end; i += kLanes) {
+    for (std::size_t i = begin; i < end; i += kDoubleLanes) {
         Pixels pixels;
         load(pixels, colours, i);
         exposeSteps<op>(pixels, exposition);
@@ -223,25 +125,25 @@ void exposeBySteps(Packed& packed, const Colours& colours, const RowExposition& 
 
 /// The factor from a luminance to what the operator makes of it, and in `lowest` the least result so far.
 template <RowOperator op>
-VRX_INLINE void factorOf(Lanes& factor, Lanes& lowest, const Lanes& luminance,
+VRX_INLINE void factorOf(Doubles& factor, Doubles& lowest, const Doubles& luminance,
                          const RowExposition& exposition) {
     if constexpr (op == RowOperator::WhitePoint) {
         factor = (1.0 + luminance * exposition.whitePoint) / (1.0 + luminance);
     } else {
-        Lanes after = luminance;
+        Doubles after = luminance;
         operate<op>(after, exposition);
         smaller(lowest, after, lowest);
-        Lanes divisor;
-        larger(divisor, luminance, Lanes{} + 1.0e-300);
+        Doubles divisor;
+        larger(divisor, luminance, Doubles{} + 1.0e-300);
         factor = after / divisor;
     }
 }
 
 /// Rounds a component and raises `farthest` to how far it was from its integer.
-VRX_INLINE void round(Lanes& component, Lanes& farthest) {
+VRX_INLINE void round(Doubles& component, Doubles& farthest) {
     hold(component);
-    const Lanes rounded = component + kRounder;
-    const Lanes distance = component - (rounded - kRounder);
+    const Doubles rounded = component + kRounder;
+    const Doubles distance = component - (rounded - kRounder);
     larger(farthest, distance, farthest);
     larger(farthest, -distance, farthest);
     component = rounded;
@@ -250,11 +152,11 @@ VRX_INLINE void round(Lanes& component, Lanes& farthest) {
 /// The same up to rounding; false where rounding could tell the difference, as it always could below 0.
 template <RowOperator op>
 bool exposeCombined(Packed& packed, const Colours& colours, const RowExposition& exposition) {
-    Lanes farthest{};
-    Lanes lowest{};
-    for (std::size_t i = 0; i < kBlock; i += kLanes) {
+    Doubles farthest{};
+    Doubles lowest{};
+    for (std::size_t i = 0; i < kBlock; i += kDoubleLanes) {
         Pixels in, out;
-        Lanes luminance, factor;
+        Doubles luminance, factor;
         load(in, colours, i);
         dot(luminance, kRgbToY, in.r, in.g, in.b);
         factorOf<op>(factor, lowest, luminance, exposition);
@@ -268,7 +170,7 @@ bool exposeCombined(Packed& packed, const Colours& colours, const RowExposition&
         pack(packed, i, out);
     }
     bool certain = true;
-    for (std::size_t i = 0; i < kLanes; ++i)
+    for (std::size_t i = 0; i < kDoubleLanes; ++i)
         certain = certain && lowest[i] >= 0.0 && farthest[i] < 0.5 - kGuard;
     return certain;
 }
@@ -398,95 +300,7 @@ void exposeRowWith(const ExposureRow& row, const RowExposition& exposition, std:
     }
 }
 
-/// Widens the range by the luminances of a block.
-void widenByBlock(RowLuminance& luminance, const ExposureRow& row, std::size_t x, std::size_t count) {
-    Colours colours;
-    Lanes minimum = Lanes{} + luminance.minimum;
-    Lanes maximum = Lanes{} + luminance.maximum;
-    fetch(colours, row, x, count);
-    for (std::size_t i = 0; i < kBlock; i += kLanes) {
-        Pixels pixels;
-        Lanes value;
-        load(pixels, colours, i);
-        // The table's values are never negative, so a pixel without luminance is black, and 0 here as well.
-        dot(value, kRgbToY, pixels.r, pixels.g, pixels.b);
-        smaller(minimum, value, minimum);
-        larger(maximum, value, maximum);
-    }
-    for (std::size_t i = 0; i < kLanes; ++i) {
-        luminance.minimum = std::min(luminance.minimum, static_cast<double>(minimum[i]));
-        luminance.maximum = std::max(luminance.maximum, static_cast<double>(maximum[i]));
-    }
-}
-
-#if defined(__SSE2__)
-
-/// The least and the most bytes of a block of four planes.
-struct Corners {
-    std::uint8_t least[4];
-    std::uint8_t most[4];
-};
-
-/// Two planes' bytes side by side, reduced to half by `reduce`, down to one of each plane.
-template <class Reduce>
-VRX_INLINE void reducePlanes(const __m128i (&planes)[4], std::uint8_t (&bytes)[4], Reduce reduce) {
-    const __m128i rg =
-        reduce(_mm_unpacklo_epi8(planes[0], planes[1]), _mm_unpackhi_epi8(planes[0], planes[1]));
-    const __m128i be =
-        reduce(_mm_unpacklo_epi8(planes[2], planes[3]), _mm_unpackhi_epi8(planes[2], planes[3]));
-    __m128i all = reduce(_mm_unpacklo_epi16(rg, be), _mm_unpackhi_epi16(rg, be));
-    all = reduce(all, _mm_srli_si128(all, 8));
-    all = reduce(all, _mm_srli_si128(all, 4));
-    const int four = _mm_cvtsi128_si32(all);
-    std::memcpy(bytes, &four, sizeof four);
-}
-
-VRX_INLINE void findCorners(Corners& corners, const ExposureRow& row, std::size_t x) {
-    const std::uint8_t* const planes[] = {row.r + x, row.g + x, row.b + x, row.e + x};
-    __m128i least[4], most[4];
-    for (std::size_t c = 0; c < 4; ++c) {
-        const auto* bytes = reinterpret_cast<const __m128i*>(planes[c]);
-        least[c] = most[c] = _mm_loadu_si128(bytes);
-        for (std::size_t i = 1; i < kBlock / sizeof(__m128i); ++i) {
-            const __m128i more = _mm_loadu_si128(bytes + i);
-            least[c] = _mm_min_epu8(least[c], more);
-            most[c] = _mm_max_epu8(most[c], more);
-        }
-    }
-    reducePlanes(least, corners.least, [](__m128i a, __m128i b) { return _mm_min_epu8(a, b); });
-    reducePlanes(most, corners.most, [](__m128i a, __m128i b) { return _mm_max_epu8(a, b); });
-}
-
-VRX_INLINE double luminanceOf(const ExposureRow& row, const std::uint8_t (&rgbe)[4]) {
-    const float* singles = row.singles + (std::size_t{rgbe[3]} << 8);
-    return kRgbToY[0] * singles[rgbe[0]] + kRgbToY[1] * singles[rgbe[1]] + kRgbToY[2] * singles[rgbe[2]];
-}
-
-/// Whether no pixel of a whole block can widen the range. The table rises with mantissas and exponents alike,
-/// or falls with both, and products by positive factors, sums and roundings keep order: so no luminance is
-/// outside those of the two colours made of the least and of the most bytes.
-bool liesWithin(const RowLuminance& luminance, const ExposureRow& row, std::size_t x) {
-    Corners corners;
-    findCorners(corners, row, x);
-    const double one = luminanceOf(row, corners.least);
-    const double other = luminanceOf(row, corners.most);
-    return std::min(one, other) >= luminance.minimum && std::max(one, other) <= luminance.maximum;
-}
-
-#else
-
-bool liesWithin(const RowLuminance&, const ExposureRow&, std::size_t) { return false; }
-
-#endif
-
 }  // namespace
-
-void widenLuminance(const ExposureRow& row, RowLuminance& luminance) {
-    for (std::size_t x = 0; x < row.width; x += kBlock) {
-        const std::size_t count = std::min(kBlock, row.width - x);
-        if (count < kBlock || !liesWithin(luminance, row, x)) widenByBlock(luminance, row, x, count);
-    }
-}
 
 void exposeRow(const ExposureRow& row, const RowExposition& exposition, std::uint8_t* bgr) {
     switch (exposition.op) {
