@@ -48,6 +48,9 @@ const WorkFolder& workFolder() {
     return folder;
 }
 
+/// Where a picture is written: over the file of the time before.
+std::filesystem::path targetOf(const HdrPicture& picture) { return workFolder() / ("saved " + picture.name); }
+
 HdrPicture copyOf(const HdrPicture& picture) {
     HdrPicture copy{picture.name, workFolder() / picture.name, picture.bytes, RgbeStore()};
     decodeInto(copy.store, picture);
@@ -115,9 +118,9 @@ void loadHdr(benchmark::State& state) {
 }
 
 void saveHdr(benchmark::State& state) {
-    calls(state, true, [](const Component& hdr, const HdrPicture&) {
+    calls(state, true, [](const Component& hdr, const HdrPicture& picture) {
         Text written;
-        check(hdr->Save_HDR(Text((workFolder() / "saved.hdr").c_str()).get(), written.put()));
+        check(hdr->Save_HDR(Text(targetOf(picture).c_str()).get(), written.put()));
     });
 }
 
@@ -132,8 +135,8 @@ void getBmp(benchmark::State& state) {
 }
 
 void convertToBmp(benchmark::State& state) {
-    calls(state, true, [](const Component& hdr, const HdrPicture&) {
-        check(hdr->Convert_HDR_to_BMP(Text((workFolder() / "saved.bmp").c_str()).get(), -1, -1));
+    calls(state, true, [](const Component& hdr, const HdrPicture& picture) {
+        check(hdr->Convert_HDR_to_BMP(Text(targetOf(picture).c_str()).get(), -1, -1));
     });
 }
 
@@ -225,8 +228,8 @@ void stbSave(benchmark::State& state) {
         stbi_image_free(pixels);
         pixels = stbi_loadf(picture.path.string().c_str(), &width, &height, &channels, 3);
     };
-    const std::string target = (workFolder() / "saved_by_stb.hdr").string();
-    inTurn(state, pictureFiles(), load, [&](const HdrPicture&) {
+    inTurn(state, pictureFiles(), load, [&](const HdrPicture& picture) {
+        const std::string target = targetOf(picture).string();
         if (stbi_write_hdr(target.c_str(), width, height, 3, pixels) == 0) state.SkipWithError("not written");
     });
     stbi_image_free(pixels);

@@ -16,11 +16,7 @@ constexpr float kInverseGamma = 1.0F / 2.2F;
 /// From the file's bytes to a picture that was loaded before, as a viewer goes on to the next file.
 void decode(benchmark::State& state) {
     RgbeStore store;
-    const auto makeSize = [&](const HdrPicture& picture) {
-        if (store.dimX() != picture.store.dimX() || store.dimY() != picture.store.dimY())
-            decodeInto(store, picture);
-    };
-    inTurn(state, hdrPictures(), makeSize, [&](const HdrPicture& picture) { decodeInto(store, picture); });
+    inTurn(state, [&](const HdrPicture& picture) { decodeInto(store, picture); });
 }
 
 /// From the file's bytes to a new picture: the system's price for new pages is in it.
@@ -38,7 +34,7 @@ void decodeAndToneMap(benchmark::State& state) {
     inTurn(state, [&](const HdrPicture& picture) {
         RgbeStore store;
         decodeInto(store, picture);
-        tables.build(kMultiplier, kInverseGamma);
+        tables.build(kMultiplier, kInverseGamma, ToneParts::Bytes);
         Bitmap24 bitmap(static_cast<std::uint32_t>(store.dimX()), static_cast<std::uint32_t>(store.dimY()));
         paintStore(tables, nullptr, store, bitmap);
         benchmark::DoNotOptimize(bitmap.data());
@@ -107,7 +103,7 @@ void decodeInto(RgbeStore& store, const HdrPicture& picture) {
 }
 
 void PaintingWork::paint(const RgbeStore& store, std::optional<ExpositionType> type) {
-    tables_.build(kMultiplier, kInverseGamma);
+    tables_.build(kMultiplier, kInverseGamma, type ? ToneParts::BytesAndSingles : ToneParts::Bytes);
     RowExposition exposition{};
     if (type) exposition = expositionOf(*type, measureLuminance(tables_, store));
     bitmap_.reset(static_cast<std::uint32_t>(store.dimX()), static_cast<std::uint32_t>(store.dimY()));
