@@ -110,7 +110,10 @@ prepare_wine() {
 }
 
 # wait_for_wine - until it is prepared.
-wait_for_wine() { wait "$wine_preparation" || die "Wine does not run a script"; }
+wait_for_wine() {
+    wait "$wine_preparation" || die "Wine does not run a script"
+    trap - EXIT
+}
 
 # build_beside_wine [OPTION] [GROUP...] - builds what users get, while Wine is prepared; installs these packages as well.
 build_beside_wine() {
