@@ -8,6 +8,7 @@
 #include <memory>
 #include <utility>
 
+#include "com/com_ptr.h"
 #include "com/fp_mode.h"
 
 namespace vrx {
@@ -110,6 +111,42 @@ class Held {
     }
 
     T* object_;
+    FrameEnd end_;
+};
+
+/// A reference to an object that ends with its frame, like a Held one, but needs no memory for itself.
+template <class Interface>
+class HeldReference {
+  public:
+    /// Empty for an empty one.
+    explicit HeldReference(ComPtr<Interface> object) : object_(object.get()), end_(release, object_) {
+        static_cast<void>(object.detach());
+    }
+    HeldReference(const HeldReference&) = delete;
+    HeldReference& operator=(const HeldReference&) = delete;
+
+    [[nodiscard]] Interface* get() const { return object_; }
+    Interface* operator->() const { return object_; }
+    explicit operator bool() const { return object_ != nullptr; }
+
+  private:
+    static void release(void* object) noexcept {
+        if (object) static_cast<Interface*>(object)->Release();
+    }
+
+    Interface* object_;
+    FrameEnd end_;
+};
+
+/// Sets a flag for as long as its frame runs, however that ends. The flag must not lie in a frame.
+class HeldFlag {
+  public:
+    explicit HeldFlag(bool& flag)
+        : end_([](void* target) noexcept { *static_cast<bool*>(target) = false; }, &flag) {
+        flag = true;
+    }
+
+  private:
     FrameEnd end_;
 };
 

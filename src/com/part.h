@@ -35,7 +35,7 @@ class Part : public Interface {
     [[gnu::always_inline]] HRESULT run(Body&& body) noexcept {
         const Entry entry;
         try {
-            const Held<ComPtr<IUnknown>> alive(&object_);
+            const HeldReference alive{ComPtr<IUnknown>(&object_)};
             return body();
         } catch (...) {
             return hresultOfCurrentException();

@@ -12,12 +12,6 @@
 namespace vrx {
 namespace {
 
-/// The property of a disabled window that keeps its ticket. It goes with the window, so that a handle that is
-/// given out again has none. Another copy of the library has tickets of its own.
-std::wstring propertyName() {
-    return L"VrxCommon.Modal." + std::to_wstring(reinterpret_cast<ULONG_PTR>(moduleInstance()));
-}
-
 /// How many scopes hold each disabled window, by the window's ticket.
 class Tickets {
   public:
@@ -76,7 +70,10 @@ std::vector<HWND> visibleWindows() {
 
 }  // namespace
 
-ModalScope::ModalScope(HWND spared) {
+/// The property of a disabled window that keeps its ticket. It goes with the window, so that a handle that is
+/// given out again has none. Another copy of the library has tickets of its own.
+ModalScope::ModalScope(HWND spared)
+    : property_(L"VrxCommon.Modal." + std::to_wstring(reinterpret_cast<ULONG_PTR>(moduleInstance()))) {
     const std::vector<HWND> windows = visibleWindows();
     // The windows' own code runs when they are disabled and enabled.
     const HostCall host;
@@ -95,8 +92,7 @@ ModalScope::~ModalScope() { end(); }
 
 /// A window that somebody else has disabled is that one's to enable.
 void ModalScope::hold(HWND window) {
-    const std::wstring property = propertyName();
-    const auto known = reinterpret_cast<ULONG_PTR>(GetPropW(window, property.c_str()));
+    const auto known = reinterpret_cast<ULONG_PTR>(GetPropW(window, property_.c_str()));
     if (tickets.share(known)) {
         holds_.push_back({window, known});
         EnableWindow(window, FALSE);
@@ -105,14 +101,14 @@ void ModalScope::hold(HWND window) {
     if (!IsWindowEnabled(window)) return;
     const ULONG_PTR ticket = tickets.make();
     holds_.push_back({window, ticket});
-    if (SetPropW(window, property.c_str(), reinterpret_cast<HANDLE>(ticket))) EnableWindow(window, FALSE);
+    if (SetPropW(window, property_.c_str(), reinterpret_cast<HANDLE>(ticket))) EnableWindow(window, FALSE);
 }
 
 void ModalScope::end() {
     const HostCall host;
     // What a window does when it is enabled may come back here.
     const std::vector<Hold> holds = std::exchange(holds_, {});
-    const std::wstring property = propertyName();
+    const std::wstring property = std::move(property_);
     for (const auto& [window, ticket] : holds) {
         const bool last = tickets.giveBack(ticket);
         if (!last || GetPropW(window, property.c_str()) != reinterpret_cast<HANDLE>(ticket)) continue;

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <string>
 #include <vector>
 
 namespace vrx {
@@ -31,6 +32,7 @@ class ModalScope {
 
     void hold(HWND window);
 
+    std::wstring property_;
     std::vector<Hold> holds_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "com/system_function.h"
 #include "common/device_context.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {
@@ -22,6 +23,7 @@ int dpiOf(HWND window) {
 
 ScreenDpi screenDpi() {
     const WindowDc screen(nullptr);
+    if (!screen) throw platformError(Platform::OutOfMemory);
     return {GetDeviceCaps(screen.get(), LOGPIXELSX), GetDeviceCaps(screen.get(), LOGPIXELSY)};
 }
 

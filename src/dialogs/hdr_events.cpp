@@ -79,21 +79,26 @@ HdrConnection::HdrConnection(HdrListener& listener) : listener_(listener) {}
 HdrConnection::~HdrConnection() { connect({}); }
 
 void HdrConnection::connect(ComPtr<_CVrxHDR> object) {
-    if (sink_) sink_->forget();
-    if (point_) point_->Unadvise(cookie_);
-    sink_ = {};
-    point_ = {};
-    object_ = {};
-    if (!object) return;
-    const auto container = object.as<IConnectionPointContainer>();
-    ComPtr<HdrSink> sink(new HdrSink(listener_));
-    if (!container || FAILED(container->FindConnectionPoint(DIID___CVrxHDR, point_.put())) ||
-        FAILED(point_->Advise(sink.get(), &cookie_))) {
-        point_ = {};
-        throw platformError(Platform::InvalidCall);
+    ComPtr<HdrSink> sink;
+    ComPtr<IConnectionPoint> point;
+    DWORD cookie = 0;
+    if (object) {
+        sink = ComPtr<HdrSink>(new HdrSink(listener_));
+        const auto container = object.as<IConnectionPointContainer>();
+        HRESULT result =
+            container ? container->FindConnectionPoint(DIID___CVrxHDR, point.put()) : E_NOINTERFACE;
+        if (SUCCEEDED(result)) result = point->Advise(sink.get(), &cookie);
+        if (FAILED(result)) {
+            throw platformError(result == E_OUTOFMEMORY ? Platform::OutOfMemory : Platform::InvalidCall);
+        }
     }
-    sink_ = std::move(sink);
-    object_ = std::move(object);
+    // The old object hears of it last: what it does then may connect another one.
+    const ComPtr<HdrSink> oldSink = std::exchange(sink_, std::move(sink));
+    const ComPtr<IConnectionPoint> oldPoint = std::exchange(point_, std::move(point));
+    const DWORD oldCookie = std::exchange(cookie_, cookie);
+    const ComPtr<_CVrxHDR> oldObject = std::exchange(object_, std::move(object));
+    if (oldSink) oldSink->forget();
+    if (oldPoint) oldPoint->Unadvise(oldCookie);
 }
 
 void HdrConnection::preview(const std::u16string& file) {

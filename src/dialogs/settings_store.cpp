@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <vector>
 
@@ -86,9 +87,14 @@ ComPtr<_SettingsRegistry> makeComponent(IGlobalInterfaceTable& table) {
     CoCreateInstance(CLSID_SettingsRegistry, nullptr, CLSCTX_SERVER, IID__SettingsRegistry,
                      reinterpret_cast<void**>(made.put()));
     if (!made) return made;
-    if (const auto kept = keep(table, made.get())) {
+    const auto kept = keep(table, made.get());
+    if (!kept) return made;
+    try {
         const std::lock_guard lock(guard);
         components.push_back(*kept);
+    } catch (const std::bad_alloc&) {
+        table.RevokeInterfaceFromGlobal(kept->cookie);
+        throw;
     }
     return made;
 }

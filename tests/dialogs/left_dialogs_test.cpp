@@ -6,8 +6,10 @@
 #include <functional>
 #include <string>
 
+#include "dialogs/resource.h"
 #include "hdr_host.h"
 #include "leaving.h"
+#include "throwaway_folder.h"
 #include "window_driver.h"
 
 using host::Hdr;
@@ -75,11 +77,11 @@ class LeftDialogs : public testing::TestWithParam<Opening> {
         return static_cast<long>(hdr_->Release());
     }
 
-    /// Opens the dialog; the host's timer leaves it as soon as it has disabled the host's window. The frames that
-    /// are left lie deeper than the test's own message loop, as those of a button's handler do.
+    /// Opens the dialog; the host's timer leaves it as soon as it has disabled the host's window. The frames
+    /// that are left lie deeper than the test's own message loop, as those of a button's handler do.
     [[nodiscard, gnu::noinline]] bool openAndLeave() {
-        volatile char handlersFrames[0x10000];
-        handlersFrames[0] = 0;
+        const volatile char handlersFrames[0x10000] = {};
+        static_cast<void>(handlersFrames[0]);
         onTimer = [this] {
             if (IsWindowEnabled(window_.get())) return;
             KillTimer(window_.get(), 1);
@@ -88,16 +90,41 @@ class LeftDialogs : public testing::TestWithParam<Opening> {
         SetTimer(window_.get(), 1, 20, nullptr);
         return host::endsByJump([&] { GetParam().open(hdr_); });
     }
+
+    /// The same by an exception that the host handles in the function that has opened the dialog: its code.
+    [[nodiscard, gnu::noinline]] DWORD openAndRaise(DWORD code) {
+        const volatile char handlersFrames[0x10000] = {};
+        static_cast<void>(handlersFrames[0]);
+        onTimer = [this, code] {
+            if (IsWindowEnabled(window_.get())) return;
+            KillTimer(window_.get(), 1);
+            host::leaveByException(code);
+        };
+        SetTimer(window_.get(), 1, 20, nullptr);
+        return host::exceptionEnding([&] { GetParam().open(hdr_); });
+    }
+
+    void expectClosed(long references) const {
+        EXPECT_FALSE(hdr_.loading());
+        EXPECT_TRUE(IsWindowEnabled(window_.get()));
+        EXPECT_EQ(host::ownWindowCount(), windowsBefore_);
+        EXPECT_EQ(this->references(), references);
+    }
 };
 
 TEST_P(LeftDialogs, AreClosedAtTheNextCallAndTheHostsWindowsEnabled) {
     const long before = references();
     for (int i = 0; i < 3; ++i) {
         ASSERT_TRUE(openAndLeave());
-        EXPECT_FALSE(hdr_.loading());
-        EXPECT_TRUE(IsWindowEnabled(window_.get()));
-        EXPECT_EQ(host::ownWindowCount(), windowsBefore_);
-        EXPECT_EQ(references(), before);
+        expectClosed(before);
+    }
+}
+
+TEST_P(LeftDialogs, AreClosedAtTheNextCallWhenAnExceptionOfTheHostsHasPassedThem) {
+    const long before = references();
+    for (const DWORD code : {host::kDelphi, host::kMicrosoftCpp}) {
+        ASSERT_EQ(openAndRaise(code), code);
+        expectClosed(before);
     }
 }
 
@@ -115,5 +142,62 @@ TEST_P(LeftDialogs, AreClosedByTheirOwnNextMessage) {
 
 INSTANTIATE_TEST_SUITE_P(Of, LeftDialogs, testing::ValuesIn(kOpenings),
                          [](const auto& tested) { return tested.param.name; });
+
+/// A picture's preview in the dialog, which the host's own object loads; the handler of its event leaves.
+class LeftPreviews : public testing::Test {
+  protected:
+    HostWindow window_;
+    const host::ThrowawayFolder folder_;
+    const std::wstring file_ = folder_.write(L"picture.hdr", host::RgbePicture(16, 12).file());
+    Hdr hdr_;
+    host::Listener listener_{hdr_};
+    int windowsBefore_ = host::ownWindowCount();
+
+    /// A click on the file in the list, as soon as the dialog is there.
+    void choosePreview() {
+        onTimer = [this] {
+            const HWND dialog = host::windowOf(GetCurrentThreadId(), L"Load HDR Picture");
+            if (!dialog) return;
+            KillTimer(window_.get(), 1);
+            const HWND files = GetDlgItem(dialog, IDC_FILE1);
+            SendMessageW(files, LB_SETCURSEL, 0, 0);
+            PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDC_FILE1, LBN_SELCHANGE),
+                         reinterpret_cast<LPARAM>(files));
+        };
+        SetTimer(window_.get(), 1, 20, nullptr);
+    }
+    void open() {
+        const vrx::Bstr suggestion(SysAllocString(file_.c_str()));
+        vrx::Bstr chosen;
+        hdr_->Load(suggestion.get(), chosen.put());
+    }
+    void expectIdle() const {
+        EXPECT_FALSE(hdr_.loading());
+        EXPECT_TRUE(IsWindowEnabled(window_.get()));
+        EXPECT_EQ(host::ownWindowCount(), windowsBefore_);
+    }
+};
+
+TEST_F(LeftPreviews, EndWhenTheHandlerJumps) {
+    for (int i = 0; i < 3; ++i) {
+        listener_.onRefresh = [](IDispatch&) { host::leaveByJump(); };
+        choosePreview();
+        ASSERT_TRUE(host::endsByJump([&] { open(); }));
+        listener_.onRefresh = {};
+        expectIdle();
+        EXPECT_EQ(hdr_.preview(file_), S_OK);
+    }
+}
+
+TEST_F(LeftPreviews, EndWhenTheHandlersExceptionPassesTheDialog) {
+    for (const DWORD code : {host::kDelphi, host::kMicrosoftCpp}) {
+        listener_.onRefresh = [code](IDispatch&) { host::leaveByException(code); };
+        choosePreview();
+        ASSERT_EQ(host::exceptionEnding([&] { open(); }), code);
+        listener_.onRefresh = {};
+        expectIdle();
+        EXPECT_EQ(hdr_.preview(file_), S_OK);
+    }
+}
 
 }  // namespace

@@ -21,14 +21,14 @@ bool isDown(int key) { return GetKeyState(key) < 0; }
 /// The ambient property, converted; Empty where the container does not tell it.
 Variant readAmbientProperty(IDispatch& properties, DISPID id, VARTYPE type) {
     DISPPARAMS none{};
-    Variant value;
+    const Held<Variant> value;
     const HRESULT answer = callHost([&] {
-        return properties.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &value.get(),
-                                 nullptr, nullptr);
+        return properties.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none,
+                                 &value->get(), nullptr, nullptr);
     });
-    if (FAILED(answer) || V_VT(&value.get()) == VT_EMPTY) return {};
+    if (FAILED(answer) || V_VT(&value->get()) == VT_EMPTY) return {};
     try {
-        return convert(value.get(), type);
+        return convert(value->get(), type);
     } catch (const Error&) {
         return {};
     }
@@ -49,8 +49,7 @@ std::wstring readText(IDispatch& properties, DISPID id) {
     return isTold(value) ? toWide(toText(V_BSTR(&value.get()))) : std::wstring();
 }
 
-Ambient readAll(IDispatch& properties) {
-    Ambient ambient;
+void readAll(IDispatch& properties, Ambient& ambient) {
     const Variant userMode = readAmbientProperty(properties, DISPID_AMBIENT_USERMODE, VT_BOOL);
     if (isTold(userMode)) ambient.userMode = V_BOOL(&userMode.get()) != VARIANT_FALSE;
     ambient.backColor = readColor(properties, DISPID_AMBIENT_BACKCOLOR);
@@ -59,7 +58,6 @@ Ambient readAll(IDispatch& properties) {
     ambient.scaleUnits = readText(properties, DISPID_AMBIENT_SCALEUNITS);
     const Variant locale = readAmbientProperty(properties, DISPID_AMBIENT_LOCALEID, VT_I4);
     if (isTold(locale)) ambient.locale = static_cast<LCID>(V_I4(&locale.get()));
-    return ambient;
 }
 
 /// With two decimals at most, as people of that locale write numbers.
@@ -79,22 +77,24 @@ void Container::setSite(ComPtr<IOleClientSite> site) {
 }
 
 void Container::readAmbient() {
-    const ComPtr<IOleClientSite> site = site_;
-    const auto properties = site ? site.as<IDispatch>() : ComPtr<IDispatch>();
-    Ambient ambient = properties ? readAll(*properties) : Ambient();
-    if (site.get() == site_.get()) ambient_ = std::move(ambient);
-}
-
-ComPtr<IOleControlSite> Container::controlSite() const {
-    return site_ ? site_.as<IOleControlSite>() : ComPtr<IOleControlSite>();
+    const HeldReference site(site_);
+    const HeldReference properties(siteAs<IDispatch>());
+    if (!properties) {
+        ambient_ = {};
+        return;
+    }
+    const Held<Ambient> ambient;
+    readAll(*properties.get(), *ambient);
+    if (site.get() == site_.get()) ambient_ = std::move(*ambient);
 }
 
 void Container::tellFocus(bool gained) const {
-    if (const auto site = controlSite()) callHost([&] { return site->OnFocus(gained ? TRUE : FALSE); });
+    const HeldReference site(siteAs<IOleControlSite>());
+    if (site) callHost([&] { return site->OnFocus(gained ? TRUE : FALSE); });
 }
 
 bool Container::translateKey(MSG& key) const {
-    const auto site = controlSite();
+    const HeldReference site(siteAs<IOleControlSite>());
     if (!site) return false;
     const DWORD modifiers =
         (isDown(VK_SHIFT) ? kShift : 0) | (isDown(VK_CONTROL) ? kControl : 0) | (isDown(VK_MENU) ? kAlt : 0);
@@ -102,12 +102,12 @@ bool Container::translateKey(MSG& key) const {
 }
 
 bool Container::showPropertyFrame() const {
-    const auto site = controlSite();
+    const HeldReference site(siteAs<IOleControlSite>());
     return site && callHost([&] { return site->ShowPropertyFrame(); }) == S_OK;
 }
 
 std::wstring Container::sizeText(SIZEL himetric) const {
-    const auto site = controlSite();
+    const HeldReference site(siteAs<IOleControlSite>());
     if (!site || ambient_.scaleUnits.empty()) return {};
     POINTL lengths{himetric.cx, himetric.cy};
     POINTF units{};

@@ -27,6 +27,11 @@ struct Ambient {
 class Container {
   public:
     [[nodiscard]] const ComPtr<IOleClientSite>& site() const { return site_; }
+    /// Another interface of the site; empty where there is none.
+    template <class Interface>
+    [[nodiscard]] ComPtr<Interface> siteAs() const {
+        return site_ ? site_.as<Interface>() : ComPtr<Interface>();
+    }
     /// Empty for none. Does not ask for the ambient properties yet.
     void setSite(ComPtr<IOleClientSite> site);
 
@@ -43,8 +48,6 @@ class Container {
     [[nodiscard]] std::wstring sizeText(SIZEL himetric) const;
 
   private:
-    [[nodiscard]] ComPtr<IOleControlSite> controlSite() const;
-
     ComPtr<IOleClientSite> site_;
     Ambient ambient_;
 };

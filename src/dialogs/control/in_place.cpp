@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "common/reentry_guard.h"
+#include "com/entry.h"
 #include "dialogs/window_place.h"
 
 namespace vrx {
@@ -27,7 +27,7 @@ int sideOf(LONG from, LONG to) {
 HRESULT InPlace::activate(bool withKeyboard, const PlaceHint& hint) {
     if (opening_ || leaving_) return E_UNEXPECTED;
     if (!site_ || !body_.window()) {
-        const ReentryGuard opening(opening_);
+        const HeldFlag opening(opening_);
         const HRESULT result = site_ ? open(activation_, hint) : enter(hint);
         if (FAILED(result)) return result;
     }
@@ -36,12 +36,12 @@ HRESULT InPlace::activate(bool withKeyboard, const PlaceHint& hint) {
 }
 
 HRESULT InPlace::enter(const PlaceHint& hint) {
-    const ComPtr<IOleClientSite> client = container_.site();
-    const auto site = client ? client.as<IOleInPlaceSite>() : ComPtr<IOleInPlaceSite>();
+    const HeldReference client(container_.site());
+    const HeldReference site(container_.siteAs<IOleInPlaceSite>());
     if (!site || callHost([&] { return site->CanInPlaceActivate(); }) != S_OK) return OLE_E_NOT_INPLACEACTIVE;
     if (container_.site().get() != client.get()) return OLE_E_NOT_INPLACEACTIVE;
     const unsigned activation = ++activation_;
-    site_ = site;
+    site_ = ComPtr<IOleInPlaceSite>(site.get());
     const HRESULT agreed = callHost([&] { return site->OnInPlaceActivate(); });
     if (!isCurrent(activation)) return OLE_E_NOT_INPLACEACTIVE;
     if (FAILED(agreed)) {
@@ -49,9 +49,12 @@ HRESULT InPlace::enter(const PlaceHint& hint) {
         return agreed;
     }
     const HRESULT opened = tryOpen(activation, hint);
-    if (FAILED(opened) && isCurrent(activation)) deactivate();
-    if (SUCCEEDED(opened)) callHost([&] { return client->ShowObject(); });
-    return isCurrent(activation) ? opened : OLE_E_NOT_INPLACEACTIVE;
+    if (FAILED(opened)) {
+        if (isCurrent(activation)) deactivate();
+        return opened;
+    }
+    callHost([&] { return client->ShowObject(); });
+    return isCurrent(activation) ? S_OK : OLE_E_NOT_INPLACEACTIVE;
 }
 
 /// The container is told of the end of an activation that fails, whatever the reason.
@@ -65,7 +68,7 @@ HRESULT InPlace::tryOpen(unsigned activation, const PlaceHint& hint) noexcept {
 
 /// Where the container tells no window or place, those of the verb do.
 HRESULT InPlace::open(unsigned activation, const PlaceHint& hint) {
-    const ComPtr<IOleInPlaceSite> site = site_;
+    const HeldReference site(site_);
     HWND parent = nullptr;
     if (FAILED(callHost([&] { return site->GetWindow(&parent); })) || !parent) parent = hint.parent;
     if (!isCurrent(activation) || !parent) return OLE_E_NOT_INPLACEACTIVE;
@@ -108,7 +111,7 @@ void InPlace::hide() {
 
 /// A container that decides itself who gets the keyboard is asked.
 bool InPlace::mayHaveKeyboard(IOleInPlaceSite& site) const {
-    const auto asked = ComPtr<IOleInPlaceSite>(&site).as<IOleInPlaceSiteEx>();
+    const HeldReference asked(ComPtr<IOleInPlaceSite>(&site).as<IOleInPlaceSiteEx>());
     return !asked || callHost([&] { return asked->RequestUIActivate(); }) == S_OK;
 }
 
@@ -123,11 +126,11 @@ HRESULT InPlace::activateKeyboard() {
 }
 
 HRESULT InPlace::takeKeyboard() {
-    const ComPtr<IOleInPlaceSite> site = site_;
+    const HeldReference site(site_);
     hasKeyboard_ = true;
     const unsigned turn = ++keyboardTurn_;
-    const HRESULT agreed =
-        mayHaveKeyboard(*site) ? callHost([&] { return site->OnUIActivate(); }) : OLE_E_NOT_INPLACEACTIVE;
+    const HRESULT agreed = mayHaveKeyboard(*site.get()) ? callHost([&] { return site->OnUIActivate(); })
+                                                        : OLE_E_NOT_INPLACEACTIVE;
     if (turn != keyboardTurn_) return OLE_E_NOT_INPLACEACTIVE;
     if (FAILED(agreed)) {
         hasKeyboard_ = false;
@@ -135,17 +138,19 @@ HRESULT InPlace::takeKeyboard() {
     }
     void* active = nullptr;
     object_.QueryInterface(IID_IOleInPlaceActiveObject, &active);
-    const auto object =
-        ComPtr<IOleInPlaceActiveObject>::attach(static_cast<IOleInPlaceActiveObject*>(active));
+    const HeldReference object(
+        ComPtr<IOleInPlaceActiveObject>::attach(static_cast<IOleInPlaceActiveObject*>(active)));
     setActiveObject(object.get(), turn);
     return turn == keyboardTurn_ ? S_OK : OLE_E_NOT_INPLACEACTIVE;
 }
 
 /// Null for none. As far as the keyboard does not change hands meanwhile.
 void InPlace::setActiveObject(IOleInPlaceActiveObject* active, unsigned turn) {
-    const ComPtr<IOleInPlaceUIWindow> windows[] = {document_, ComPtr<IOleInPlaceUIWindow>(frame_.get())};
+    const HeldReference document(document_);
+    const HeldReference frame(frame_);
     const wchar_t* name = active ? kActiveName : nullptr;
-    for (const auto& window : windows) {
+    for (IOleInPlaceUIWindow* const window :
+         {document.get(), static_cast<IOleInPlaceUIWindow*>(frame.get())}) {
         if (window && turn == keyboardTurn_) callHost([&] { return window->SetActiveObject(active, name); });
         // The control has no tool bars of its own: the container keeps its.
         if (window && active && turn == keyboardTurn_)
@@ -156,9 +161,9 @@ void InPlace::setActiveObject(IOleInPlaceActiveObject* active, unsigned turn) {
 /// Not before the container knows of it may the keyboard come back.
 void InPlace::deactivateKeyboard() {
     if (!std::exchange(hasKeyboard_, false)) return;
-    const ReentryGuard yielding(yielding_);
+    const HeldFlag yielding(yielding_);
     const unsigned turn = ++keyboardTurn_;
-    const ComPtr<IOleInPlaceSite> site = site_;
+    const HeldReference site(site_);
     setActiveObject(nullptr, turn);
     if (site) callHost([&] { return site->OnUIDeactivate(FALSE); });
 }
@@ -171,12 +176,12 @@ void InPlace::deactivate() {
 
 /// Not before the container knows of the end may there be a new beginning.
 void InPlace::leave() {
-    const ReentryGuard leaving(leaving_);
+    const HeldFlag leaving(leaving_);
     deactivateKeyboard();
     ++activation_;
-    const ComPtr<IOleInPlaceSite> site = std::exchange(site_, {});
-    const ComPtr<IOleInPlaceFrame> frame = std::exchange(frame_, {});
-    const ComPtr<IOleInPlaceUIWindow> document = std::exchange(document_, {});
+    const HeldReference site(std::exchange(site_, {}));
+    const HeldReference frame(std::exchange(frame_, {}));
+    const HeldReference document(std::exchange(document_, {}));
     body_.destroyWindow();
     if (std::exchange(hasFocus_, false)) container_.tellFocus(false);
     callHost([&] { return site->OnInPlaceDeactivate(); });
@@ -215,7 +220,7 @@ void InPlace::extentChanged() {
     }
     const RECT now = placeInParent(body_.window());
     const RECT wanted = placeWithExtent();
-    const ComPtr<IOleInPlaceSite> site = site_;
+    const HeldReference site(site_);
     if (!EqualRect(&now, &wanted)) callHost([&] { return site->OnPosRectChange(&wanted); });
 }
 

@@ -48,16 +48,16 @@ STDMETHODIMP OleObjectPart::Close(DWORD saving) {
         // A control in its container's document is saved with it: there is nothing to ask the user.
         if (saving != OLECLOSE_NOSAVE) saveIfChanged();
         inPlace_.deactivate();
-        const ComPtr<IOleAdviseHolder> listeners = listeners_;
+        const HeldReference listeners(listeners_);
         if (listeners) callHost([&] { return listeners->SendOnClose(); });
         return S_OK;
     });
 }
 
 void OleObjectPart::saveIfChanged() {
-    const ComPtr<IOleClientSite> site = container_.site();
+    const HeldReference site(container_.site());
     if (!site || !body_.isChanged()) return;
-    const ComPtr<IOleAdviseHolder> listeners = listeners_;
+    const HeldReference listeners(listeners_);
     if (callHost([&] { return site->SaveObject(); }) == S_OK && listeners)
         callHost([&] { return listeners->SendOnSave(); });
 }
@@ -69,7 +69,7 @@ STDMETHODIMP OleObjectPart::GetMoniker(DWORD assign, DWORD which, IMoniker** mon
     if (!moniker) return E_POINTER;
     *moniker = nullptr;
     return run([&] {
-        const ComPtr<IOleClientSite> site = container_.site();
+        const HeldReference site(container_.site());
         return site ? callHost([&] { return site->GetMoniker(assign, which, moniker); }) : E_UNEXPECTED;
     });
 }
