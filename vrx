@@ -15,8 +15,8 @@ VrxCommon: a COM automation component for HDR pictures (Windows), built and test
                                      without a display, in build/demo/control.png
   ./vrx test [--win64]               run every test: engine, component and samples in Wine, package, fuzz corpus
   ./vrx test --checked               run the component's tests with traps for undefined behaviour
-  ./vrx test --faults                let every call of the system fail in every call of the component, call members at random
-                                     and over and over; ./vrx test runs a fast selection of this
+  ./vrx test --faults                let every call of the system fail in every call and dialog of the component, call members
+                                     at random and over and over; ./vrx test runs a fast selection of this
   ./vrx test --wine PATH             run the component's tests in another Wine, whose wineserver stands beside it
   ./vrx build [--win64]              build the component, its tests and samples into build/win32/bin
   ./vrx package [--win64]            make dist/VrxCommon-VERSION-win32.zip and .msi, what users of the component install

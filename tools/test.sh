@@ -1,14 +1,14 @@
 #!/bin/bash
-# test.sh [--win64 | --checked | --faults] [--wine PATH] - runs every test, or those of the component for 64-bit Windows, or
-# those of a component in which undefined behaviour ends the program, or all those in which calls of the system fail. With
-# --wine only the tests that run in Wine, in that one.
+# test.sh [--win64 | --checked] [--faults] [--wine PATH] - runs every test, or those of the component for 64-bit Windows, or
+# those of a component in which undefined behaviour ends the program. With --faults all those in which calls of the system
+# fail, and no others. With --wine only the tests that run in Wine, in that one.
 # Ends with one line, "N passed, N failed".
 
 . "$(dirname "$0")/common.sh"
 . "$tools/wine_session.sh"
 . "$tools/tally.sh"
 
-usage="usage: ./vrx test [--win64 | --checked | --faults] [--wine PATH]"
+usage="usage: ./vrx test [--win64 | --checked] [--faults] [--wine PATH]"
 
 # other_wine PATH - the tests run in this Wine, whose wineserver stands beside it.
 other_wine() {
@@ -32,10 +32,10 @@ component_tests() {
     "$tools/fault_tests.sh" "$@"
 }
 
-# all_faults - each call of the system fails once, which takes its time.
+# all_faults [OPTION] - each call of the system fails once, which takes its time.
 all_faults() {
-    "$tools/build.sh"
-    "$tools/fault_tests.sh" --all
+    "$tools/build.sh" "$@"
+    "$tools/fault_tests.sh" --all "$@"
 }
 
 # package_tests [OPTION] - what users get.
@@ -78,8 +78,7 @@ preset=$(preset_of "${component[@]}")
 mkdir -p "$build"
 rm -f "$tally_file"
 if [[ -n $faults ]]; then
-    ((${#component[@]} == 0)) || die "$usage"
-    all_faults
+    all_faults "${component[@]}"
 elif [[ -n ${VRX_WINE:-} || $preset == checked ]]; then
     component_tests "${component[@]}"
 elif [[ $preset == win64 ]]; then

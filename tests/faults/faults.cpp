@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <commdlg.h>
+#include <oleacc.h>
 #include <olectl.h>
 
 #include <atomic>
@@ -9,6 +11,7 @@
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <ostream>
 #include <vector>
 
 #include "host.h"
@@ -38,18 +41,62 @@ struct State {
 
 State state;
 bool armed = false;
-long failedInAll = 0;
+std::array<long, kKinds.size()> failedInAll{};
 std::atomic<long> blocks = 0;
 
-bool failsNow(const Row& row) {
-    if (!armed || state.kind != row.kind || state.thread != GetCurrentThreadId()) return false;
+bool failsNow(Kind kind, const char* name, DWORD error) {
+    if (!armed || state.kind != kind || state.thread != GetCurrentThreadId()) return false;
     ++state.seen;
     if (state.lasting ? state.seen < state.nth : state.seen != state.nth) return false;
-    if (++state.failed == 1) state.first = row.name;
-    ++failedInAll;
-    SetLastError(row.lastError);
+    if (++state.failed == 1) state.first = name;
+    ++failedInAll[static_cast<std::size_t>(kind)];
+    SetLastError(error);
     return true;
 }
+
+/// Memory is counted as well.
+bool memoryFailsNow(const char* name) { return failsNow(Kind::Memory, name, ERROR_NOT_ENOUGH_MEMORY); }
+
+void* __cdecl countedMalloc(std::size_t size) {
+    void* const block = memoryFailsNow("malloc") ? nullptr : std::malloc(size);
+    if (block) ++blocks;
+    return block;
+}
+
+void* __cdecl countedCalloc(std::size_t count, std::size_t size) {
+    void* const block = memoryFailsNow("calloc") ? nullptr : std::calloc(count, size);
+    if (block) ++blocks;
+    return block;
+}
+
+void* __cdecl countedRealloc(void* old, std::size_t size) {
+    if (memoryFailsNow("realloc")) return nullptr;
+    void* const block = std::realloc(old, size);
+    if (block && !old) ++blocks;
+    if (old && size == 0) --blocks;
+    return block;
+}
+
+char* __cdecl countedCopy(const char* text) {
+    char* const copy = static_cast<char*>(countedMalloc(std::strlen(text) + 1));
+    return copy ? std::strcpy(copy, text) : nullptr;
+}
+
+void __cdecl countedFree(void* block) {
+    if (block) --blocks;
+    std::free(block);
+}
+
+struct Allocator {
+    const char* name;
+    void* replacement;
+};
+
+const Allocator kAllocators[] = {
+    {"malloc", reinterpret_cast<void*>(countedMalloc)},   {"calloc", reinterpret_cast<void*>(countedCalloc)},
+    {"realloc", reinterpret_cast<void*>(countedRealloc)}, {"_strdup", reinterpret_cast<void*>(countedCopy)},
+    {"free", reinterpret_cast<void*>(countedFree)},
+};
 
 extern const Row kRows[];
 
@@ -71,7 +118,8 @@ template <class Result, class... Arguments, int index>
 struct Wrapper<Result(WINAPI*)(Arguments...), index> {
     static inline Result(WINAPI* original)(Arguments...);
     static Result WINAPI call(Arguments... arguments) {
-        if (failsNow(kRows[index])) return asResult<Result>(kRows[index].result);
+        const Row& row = kRows[index];
+        if (failsNow(row.kind, row.name, row.lastError)) return asResult<Result>(row.result);
         return original(arguments...);
     }
     static void* of(Result(WINAPI* function)(Arguments...)) {
@@ -80,72 +128,25 @@ struct Wrapper<Result(WINAPI*)(Arguments...), index> {
     }
 };
 
-#ifdef __i386__
-template <class Result, class... Arguments, int index>
-struct Wrapper<Result(__cdecl*)(Arguments...), index> {
-    static inline Result(__cdecl* original)(Arguments...);
-    static Result __cdecl call(Arguments... arguments) {
-        if (failsNow(kRows[index])) return asResult<Result>(kRows[index].result);
-        return original(arguments...);
-    }
-    static void* of(Result(__cdecl* function)(Arguments...)) {
-        original = function;
-        return reinterpret_cast<void*>(&call);
-    }
-};
-#endif
-
-void* __cdecl countedMalloc(std::size_t size) {
-    void* const block = std::malloc(size);
-    if (block) ++blocks;
-    return block;
-}
-
-void* __cdecl countedCalloc(std::size_t count, std::size_t size) {
-    void* const block = std::calloc(count, size);
-    if (block) ++blocks;
-    return block;
-}
-
-void* __cdecl countedRealloc(void* old, std::size_t size) {
-    void* const block = std::realloc(old, size);
-    if (block && !old) ++blocks;
-    if (old && size == 0) --blocks;
-    return block;
-}
-
-char* __cdecl countedCopy(const char* text) {
-    char* const copy = static_cast<char*>(countedMalloc(std::strlen(text) + 1));
-    return copy ? std::strcpy(copy, text) : nullptr;
-}
-
-void __cdecl countedFree(void* block) {
-    if (block) --blocks;
-    std::free(block);
-}
-
-/// Nobody waits for an answer here.
-int WINAPI answerAtOnce(HWND, LPCWSTR, LPCWSTR, UINT) { return IDOK; }
-
 constexpr int kFirstRow = __COUNTER__ + 1;
 
-#define FAILING_AS(kind, name, function, result, error)                          \
-    {                                                                            \
-        name, Kind::kind, static_cast<LONG_PTR>(result), error,                  \
-            Wrapper<decltype(&function), __COUNTER__ - kFirstRow>::of(&function) \
+#define FAILING(kind, function, result, error)                                                        \
+    {                                                                                                 \
+#function, Kind::kind, static_cast < LONG_PTR>(result), error, Wrapper < decltype(&function), \
+            __COUNTER__ - kFirstRow> ::of(&function)                                                  \
     }
-#define FAILING(kind, function, result, error) FAILING_AS(kind, #function, function, result, error)
 #define NO_FILE reinterpret_cast<LONG_PTR>(INVALID_HANDLE_VALUE)
 
 const Row kRows[] = {
-    FAILING_AS(Memory, "malloc", countedMalloc, 0, ERROR_NOT_ENOUGH_MEMORY),
-    FAILING_AS(Memory, "calloc", countedCalloc, 0, ERROR_NOT_ENOUGH_MEMORY),
-    FAILING_AS(Memory, "realloc", countedRealloc, 0, ERROR_NOT_ENOUGH_MEMORY),
-    FAILING_AS(Memory, "_strdup", countedCopy, 0, ERROR_NOT_ENOUGH_MEMORY),
+    FAILING(Memory, GlobalAlloc, 0, ERROR_NOT_ENOUGH_MEMORY),
+    FAILING(Memory, CoTaskMemAlloc, 0, 0),
 
     FAILING(Automation, SysAllocString, 0, 0),
     FAILING(Automation, SysAllocStringLen, 0, 0),
     FAILING(Automation, SafeArrayCreate, 0, 0),
+    FAILING(Automation, SafeArrayAllocDescriptorEx, E_OUTOFMEMORY, 0),
+    FAILING(Automation, SafeArrayCopy, E_OUTOFMEMORY, 0),
+    FAILING(Automation, VarBstrFromR8, E_OUTOFMEMORY, 0),
     FAILING(Automation, VariantCopy, E_OUTOFMEMORY, 0),
     FAILING(Automation, VariantCopyInd, E_OUTOFMEMORY, 0),
     FAILING(Automation, VariantChangeTypeEx, E_OUTOFMEMORY, 0),
@@ -163,11 +164,21 @@ const Row kRows[] = {
     FAILING(Drawing, GetDC, 0, ERROR_NOT_ENOUGH_MEMORY),
     FAILING(Drawing, GetDIBits, 0, ERROR_NOT_ENOUGH_MEMORY),
     FAILING(Drawing, StretchDIBits, 0, ERROR_NOT_ENOUGH_MEMORY),
+    FAILING(Drawing, BitBlt, 0, ERROR_NOT_ENOUGH_MEMORY),
+    FAILING(Drawing, StretchBlt, 0, ERROR_NOT_ENOUGH_MEMORY),
+    FAILING(Drawing, CreateRectRgnIndirect, 0, ERROR_NOT_ENOUGH_MEMORY),
 
     FAILING(Windows, CreateWindowExW, 0, ERROR_NO_MORE_USER_HANDLES),
     FAILING(Windows, CreateDialogParamW, 0, ERROR_NO_MORE_USER_HANDLES),
     FAILING(Windows, RegisterClassExW, 0, ERROR_NOT_ENOUGH_MEMORY),
-    FAILING_AS(Windows, "MessageBoxW", answerAtOnce, 0, ERROR_NOT_ENOUGH_MEMORY),
+    FAILING(Windows, MessageBoxW, 0, ERROR_NOT_ENOUGH_MEMORY),
+    FAILING(Windows, ChooseColorW, 0, ERROR_NOT_ENOUGH_MEMORY),
+    FAILING(Windows, GetSaveFileNameW, 0, ERROR_NOT_ENOUGH_MEMORY),
+    FAILING(Windows, PostMessageW, 0, ERROR_NOT_ENOUGH_QUOTA),
+    FAILING(Windows, SetPropW, 0, ERROR_NOT_ENOUGH_MEMORY),
+    FAILING(Windows, CreateActCtxW, NO_FILE, ERROR_NOT_ENOUGH_MEMORY),
+    FAILING(Windows, CreateStdAccessibleObject, E_OUTOFMEMORY, 0),
+    FAILING(Windows, CreateOleAdviseHolder, E_OUTOFMEMORY, 0),
     FAILING(Windows, LoadCursorW, 0, ERROR_NOT_ENOUGH_MEMORY),
     FAILING(Windows, BeginDeferWindowPos, 0, ERROR_NOT_ENOUGH_MEMORY),
     FAILING(Windows, DeferWindowPos, 0, ERROR_NOT_ENOUGH_MEMORY),
@@ -187,6 +198,15 @@ const Row kRows[] = {
     FAILING(Files, GetTempPathW, 0, ERROR_NOT_READY),
     FAILING(Files, GetTempFileNameW, 0, ERROR_DISK_FULL),
     FAILING(Files, FindFirstFileW, NO_FILE, ERROR_NOT_READY),
+    FAILING(Files, FindNextFileW, 0, ERROR_READ_FAULT),
+    FAILING(Files, GetFileAttributesExW, 0, ERROR_NOT_READY),
+    FAILING(Files, SetFileAttributesW, 0, ERROR_ACCESS_DENIED),
+    FAILING(Files, SetFileTime, 0, ERROR_ACCESS_DENIED),
+    FAILING(Files, GetFileSecurityW, 0, ERROR_NOT_SUPPORTED),
+    FAILING(Files, SetFileSecurityW, 0, ERROR_ACCESS_DENIED),
+    FAILING(Files, DeviceIoControl, 0, ERROR_INVALID_FUNCTION),
+    FAILING(Files, GetShortPathNameW, 0, ERROR_NOT_READY),
+    FAILING(Files, GetVolumeInformationW, 0, ERROR_NOT_READY),
 
     FAILING(Registry, RegCreateKeyExW, ERROR_ACCESS_DENIED, 0),
     FAILING(Registry, RegOpenKeyExW, ERROR_ACCESS_DENIED, 0),
@@ -210,7 +230,9 @@ void patch(const wchar_t* fileName) {
     static std::vector<std::unique_ptr<host::ImportPatch>> patches;
     HMODULE const module = LoadLibraryW((host::programFolder() + L'\\' + fileName).c_str());
     if (!module) return;
-    patches.push_back(std::make_unique<host::ImportPatch>(module, "free", &countedFree));
+    for (const auto& [name, replacement] : kAllocators) {
+        patches.push_back(std::make_unique<host::ImportPatch>(module, name, replacement));
+    }
     for (const Row& row : kRows) {
         patches.push_back(std::make_unique<host::ImportPatch>(module, row.name, row.replacement));
     }
@@ -218,11 +240,18 @@ void patch(const wchar_t* fileName) {
 
 }  // namespace
 
+bool everything() {
+    const char* const wish = std::getenv("VRX_FAULTS");
+    return wish && std::string(wish) == "all";
+}
+
 const char* nameOf(Kind kind) {
     constexpr const char* kNames[] = {"Memory", "Automation", "Drawing",  "Windows",
                                       "Files",  "Registry",   "Pictures", "Libraries"};
     return kNames[static_cast<std::size_t>(kind)];
 }
+
+void PrintTo(Kind kind, std::ostream* out) { *out << nameOf(kind); }
 
 void install() {
     patch(L"VrxCommon.dll");
@@ -243,6 +272,6 @@ std::string Injection::first() const { return state.first ? state.first : ""; }
 
 long liveBlocks() { return blocks; }
 
-long total() { return failedInAll; }
+long total(Kind kind) { return failedInAll[static_cast<std::size_t>(kind)]; }
 
 }  // namespace faults

@@ -3,9 +3,13 @@
 #pragma once
 
 #include <array>
+#include <iosfwd>
 #include <string>
 
 namespace faults {
+
+/// Whether the program was asked for everything, not for the fast selection.
+bool everything();
 
 /// What fails together.
 enum class Kind { Memory, Automation, Drawing, Windows, Files, Registry, Pictures, Libraries };
@@ -14,6 +18,7 @@ inline constexpr std::array kKinds = {Kind::Memory, Kind::Automation, Kind::Draw
                                       Kind::Files,  Kind::Registry,   Kind::Pictures, Kind::Libraries};
 
 const char* nameOf(Kind kind);
+void PrintTo(Kind kind, std::ostream* out);
 
 /// Loads VrxCommon.dll, ijl10.dll and VrxSettings.dll beside the program and patches them for good.
 void install();
@@ -38,7 +43,7 @@ class Injection {
 /// Blocks of memory that the modules hold, less those that they held when they were patched.
 long liveBlocks();
 
-/// Calls that failed since the program began.
-long total();
+/// Calls of a kind that failed since the program began.
+long total(Kind kind);
 
 }  // namespace faults

@@ -15,14 +15,19 @@
 #include <set>
 #include <thread>
 
+#include "dialogs/resource.h"
+#include "faults.h"
 #include "hdr_host.h"
 #include "holdings.h"
 #include "random_values.h"
 #include "sink.h"
+#include "user.h"
+#include "watchdog.h"
 
 using faults::Holdings;
 using faults::Member;
 using faults::RandomValues;
+using faults::User;
 
 namespace {
 
@@ -48,7 +53,10 @@ bool isDocumented(const host::Outcome& outcome) {
            numbers.contains(outcome.scode & 0xFFFF);
 }
 
-/// A host of one thread with two objects of each class, which calls their members at random.
+constexpr int kCallsToADialog = 20;
+
+/// A host of one thread with two objects of each class, which calls their members at random. Its user does
+/// something with each second dialog before it is closed.
 class Driver {
   public:
     Driver(unsigned seed, const std::wstring& folder) : values_(seed, folder) {
@@ -69,7 +77,10 @@ class Driver {
     }
 
     void run(int calls) {
-        for (int i = 0; i < calls; ++i) callOne();
+        for (int i = 0; i < calls; ++i) {
+            callOne();
+            host::noteProgress();
+        }
     }
 
     std::string undocumented;  ///< the first such failure
@@ -77,10 +88,11 @@ class Driver {
   private:
     void callOne() {
         const std::size_t which = values_.below(objects_.size());
-        const Member& member = members_[which][values_.below(members_[which].size())];
+        const Member& member = nextMember(members_[which]);
         // The object may go while it runs; the host keeps it in another variable then.
         const vrx::ComPtr<IDispatch> object = objects_[which];
         faults::Arguments arguments = values_.arguments(member);
+        const User user(member.opensDialog ? steps() : std::vector<faults::UserStep>());
         const host::Outcome outcome =
             host::invoke(*object, member.id, arguments.flags, arguments.parameters());
         if (!isDocumented(outcome) && undocumented.empty()) {
@@ -88,6 +100,47 @@ class Driver {
             std::snprintf(text, sizeof text, "%ls: code %08lx, scode %08lx", member.name.c_str(),
                           outcome.code, outcome.scode);
             undocumented = text;
+        }
+    }
+
+    /// Of those that open dialogs, which take their time, fewer than of the others.
+    const Member& nextMember(const std::vector<Member>& members) {
+        for (;;) {
+            const Member& member = members[values_.below(members.size())];
+            if (!member.opensDialog || values_.below(kCallsToADialog) == 0) return member;
+        }
+    }
+
+    std::vector<faults::UserStep> steps() {
+        return std::vector<faults::UserStep>(values_.below(4), [this](HWND dialog) { useAtRandom(dialog); });
+    }
+
+    /// Something that a control or a menu tells its dialog.
+    void useAtRandom(HWND dialog) {
+        std::vector<HWND> controls;
+        for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+            controls.push_back(child);
+        const HWND control = controls.empty() ? nullptr : controls[values_.below(controls.size())];
+        switch (values_.below(5)) {
+            case 0:
+                PostMessageW(control, WM_KEYDOWN, 1 + values_.below(VK_HELP), 1);
+                break;
+            case 1:
+                host::click(control, static_cast<int>(values_.below(200)),
+                            static_cast<int>(values_.below(50)));
+                break;
+            case 2:
+                SetWindowPos(dialog, nullptr, 0, 0, static_cast<int>(values_.below(900)),
+                             static_cast<int>(values_.below(700)), SWP_NOMOVE | SWP_NOZORDER);
+                break;
+            case 3:
+                PostMessageW(dialog, WM_COMMAND, IDM_ITEMLOAD + values_.below(3), 0);
+                break;
+            default:
+                PostMessageW(dialog, WM_COMMAND,
+                             static_cast<WPARAM>(MAKELONG(GetDlgCtrlID(control), values_.below(10))),
+                             reinterpret_cast<LPARAM>(control));
+                break;
         }
     }
 
@@ -117,6 +170,7 @@ class Driver {
     }
 
     RandomValues values_;
+    const User user_;  // closes what any call may show
     std::vector<vrx::ComPtr<IDispatch>> objects_;
     std::vector<std::vector<Member>> members_;
     std::vector<std::pair<vrx::ComPtr<IConnectionPoint>, DWORD>> connections_;

@@ -18,7 +18,7 @@ constexpr VARTYPE kElements[] = {VT_UI1,  VT_UI1, VT_UI1, VT_I4,   VT_VARIANT,
 }  // namespace
 
 std::vector<Member> membersOf(IDispatch& object) {
-    static const std::set<std::wstring> kDialogs = {L"Load", L"See", L"Save"};
+    static const std::set<std::wstring> kDialogs = {L"Load", L"See", L"Save", L"VrxMsgBox"};
     std::vector<Member> members;
     vrx::ComPtr<ITypeInfo> info;
     if (FAILED(object.GetTypeInfo(0, 0, info.put()))) return members;
@@ -28,9 +28,9 @@ std::vector<Member> membersOf(IDispatch& object) {
         UINT count = 0;
         info->GetNames(function->memid, name.put(), 1, &count);
         // Those of IDispatch itself stand among the others in a dual interface.
-        if (function->memid > 0 && function->memid < 1000 && !kDialogs.contains(name.get())) {
+        if (function->memid > 0 && function->memid < 1000) {
             members.push_back({name.get(), function->memid, static_cast<WORD>(function->invkind),
-                               static_cast<unsigned>(function->cParams)});
+                               static_cast<unsigned>(function->cParams), kDialogs.contains(name.get())});
         }
         info->ReleaseFuncDesc(function);
     }

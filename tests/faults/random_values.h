@@ -21,9 +21,10 @@ struct Member {
     DISPID id;
     WORD flags;  ///< as for Invoke
     unsigned parameters;
+    bool opensDialog;
 };
 
-/// Those that open no dialog.
+/// All of an object's.
 std::vector<Member> membersOf(IDispatch& object);
 
 /// Owns what it passes.

@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include "failure.h"
+#include "faults.h"
 #include "picture_bytes.h"
 #include "picture_pixels.h"
 #include "sink.h"
@@ -323,6 +324,8 @@ const std::vector<Scenario>& methods() {
              s.call(L"Show_ShortMessage", {Text(L"wait")});
              s.call(L"Hide_ShortMessage");
          }},
+        {"Unregister", nullptr, [](Stage& s) { s.note(host::component().registerMachine()); },
+         [](Stage& s) { s.note(host::component().unregisterMachine()); }},
         {"Register", nullptr, nothing, [](Stage& s) { s.note(host::component().registerMachine()); }},
         {"RegisterForUser", nullptr, nothing,
          [](Stage& s) { s.note(host::component().install(true, L"user")); }},
@@ -332,6 +335,19 @@ const std::vector<Scenario>& methods() {
     return all;
 }
 
+std::vector<Scenario> selected(const std::vector<Scenario>& all, std::size_t step) {
+    if (everything()) return all;
+    std::vector<Scenario> some;
+    for (std::size_t i = 0; i < all.size(); i += step) some.push_back(all[i]);
+    return some;
+}
+
 void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.name; }
+
+void PrintTo(const Answer& answer, std::ostream* out) {
+    constexpr std::size_t kShown = 200;
+    *out << answer.number << ", " << answer.value.size() << " bytes: ";
+    for (const char c : answer.value.substr(0, kShown)) *out << (c < ' ' ? '?' : c);
+}
 
 }  // namespace faults

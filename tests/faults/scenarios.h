@@ -1,4 +1,5 @@
-// What hosts do with the component, piece by piece: each public method, registration, creation.
+// What hosts do with the component, piece by piece: each public method, registration, creation, each dialog
+// opened, used and closed, the control on a form.
 #pragma once
 
 #include <string>
@@ -8,6 +9,7 @@
 #include "hdr_host.h"
 #include "host.h"
 #include "throwaway_folder.h"
+#include "user.h"
 
 namespace faults {
 
@@ -18,6 +20,8 @@ struct Answer {
 
     bool operator==(const Answer&) const = default;
 };
+
+void PrintTo(const Answer& answer, std::ostream* out);
 
 /// A fresh object and the files that it works with.
 class Stage {
@@ -63,11 +67,19 @@ struct Scenario {
     /// Failures may also end in another answer without an error: the member promises never to fail, or takes
     /// another way.
     bool neverFails = false;
+    std::vector<UserStep> user = {};  ///< what is done with the dialogs that are shown
+    /// A part of the system's that may leave kernel handles behind: the same without the component.
+    void (*ofSystem)() = nullptr;
 };
 
 inline void nothing(Stage&) {}
 
 const std::vector<Scenario>& methods();
+const std::vector<Scenario>& dialogs();
+const std::vector<Scenario>& controls();
+
+/// All of them, or in the fast selection the first and each so many behind it.
+std::vector<Scenario> selected(const std::vector<Scenario>& all, std::size_t step);
 
 void PrintTo(const Scenario& scenario, std::ostream* out);
 

@@ -12,10 +12,13 @@
 #include <thread>
 
 #include "host.h"
+#include "watchdog.h"
 
 namespace {
 
 constexpr std::chrono::seconds kLongestTest(180);
+
+std::atomic<int> signsOfLife = 0;
 
 class Watchdog : public testing::EmptyTestEventListener {
   public:
@@ -23,14 +26,14 @@ class Watchdog : public testing::EmptyTestEventListener {
         std::thread([this] { watch(); }).detach();
     }
 
-    void OnTestStart(const testing::TestInfo&) override { ++testsStarted_; }
+    void OnTestStart(const testing::TestInfo&) override { host::noteProgress(); }
 
   private:
     void watch() {
         for (;;) {
-            const int seen = testsStarted_;
+            const int seen = signsOfLife;
             std::this_thread::sleep_for(kLongestTest);
-            if (seen != 0 && seen == testsStarted_) endProcess();
+            if (seen != 0 && seen == signsOfLife) endProcess();
         }
     }
 
@@ -41,11 +44,11 @@ class Watchdog : public testing::EmptyTestEventListener {
         TerminateProcess(GetCurrentProcess(), 3);
         std::abort();
     }
-
-    std::atomic<int> testsStarted_ = 0;
 };
 
 }  // namespace
+
+void host::noteProgress() { ++signsOfLife; }
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);

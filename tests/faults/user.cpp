@@ -1,0 +1,74 @@
+#include "user.h"
+
+#include <array>
+#include <string>
+#include <utility>
+
+namespace faults {
+namespace {
+
+constexpr UINT kInterval = 10;
+
+thread_local User* current = nullptr;
+
+/// The dialog in front, where the user can work in it.
+BOOL CALLBACK findFront(HWND window, LPARAM found) {
+    wchar_t name[16] = {};
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    if (std::wstring(name) != L"#32770" || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
+bool isOfComponent(HWND window) {
+    return reinterpret_cast<HMODULE>(GetWindowLongPtrW(window, GWLP_HINSTANCE)) ==
+           GetModuleHandleW(L"VrxCommon.dll");
+}
+
+void press(HWND dialog, int button) {
+    PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button),
+                 reinterpret_cast<LPARAM>(GetDlgItem(dialog, button)));
+}
+
+/// One of the system's: a message box, or a dialog that chooses a colour or a file.
+void end(HWND dialog, bool accepts) {
+    const std::array accepting = {IDYES, IDOK, IDRETRY, IDIGNORE, IDCANCEL};
+    const std::array refusing = {IDCANCEL, IDNO, IDABORT, IDOK, IDCONTINUE};
+    for (const int button : accepts ? accepting : refusing) {
+        if (GetDlgItem(dialog, button)) return press(dialog, button);
+    }
+    press(dialog, IDCANCEL);
+}
+
+}  // namespace
+
+User::User(std::vector<UserStep> steps)
+    : steps_(std::move(steps)),
+      outer_(std::exchange(current, this)),
+      timer_(SetTimer(nullptr, 0, kInterval, tick)) {}
+
+User::~User() {
+    KillTimer(nullptr, timer_);
+    current = outer_;
+    // What was posted to windows that are gone.
+    MSG message{};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+}
+
+void CALLBACK User::tick(HWND, UINT, UINT_PTR, DWORD) {
+    HWND dialog = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), findFront, reinterpret_cast<LPARAM>(&dialog));
+    if (dialog && current) current->use(dialog);
+}
+
+void User::use(HWND dialog) {
+    if (!isOfComponent(dialog)) {
+        end(dialog, done_ < steps_.size());
+    } else if (done_ < steps_.size()) {
+        steps_[done_++](dialog);
+    } else {
+        PostMessageW(dialog, WM_CLOSE, 0, 0);
+    }
+}
+
+}  // namespace faults
