@@ -12,7 +12,9 @@
 namespace vrx {
 namespace {
 
-/// How many scopes hold each disabled window, by the window's ticket.
+/// How many scopes hold each disabled window, by the window's ticket. A count in the property itself would
+/// not do: a scope could not tell the window that it holds from a new one of the same handle that another
+/// scope holds.
 class Tickets {
   public:
     /// One more scope; false for a ticket that no window has.

@@ -28,6 +28,8 @@ T valueOf(const T* parameter, T byDefault) {
     return parameter ? *parameter : byDefault;
 }
 
+/// A context that cannot be drawn on is the host's: it learns of that as of every failure here, by what it
+/// sees.
 void draw(HDC context, const FittedRectangle& target, const PicturePixels& pixels) {
     BITMAPINFO info{};
     info.bmiHeader = header24(pixels.width, pixels.height);
