@@ -9,7 +9,6 @@
 #include "common/reentry_guard.h"
 #include "ground/blanks.h"
 #include "ground/error_record.h"
-#include "ground/rounding.h"
 #include "hdr/engine/hdr_error.h"
 #include "raster/raster_image.h"
 
@@ -18,9 +17,6 @@ namespace {
 
 constexpr char16_t kClassName[] = u"CVrxHDR";
 const ClassIdentity kIdentity = {kClassName, CLSID_CVrxHDR, IID__CVrxHDR, &DIID___CVrxHDR};
-
-// In place of the first coordinate of the source rectangle: no rectangle is given.
-constexpr float kNoRectangle = -1.0F;
 
 /// The shape of a pixel store as a host's array.
 std::array<Bounds, 3> boundsOf(std::int32_t dimX, std::int32_t dimY) {
@@ -108,9 +104,8 @@ STDMETHODIMP CVrxHDR::get_DimY(long* value) {
 STDMETHODIMP CVrxHDR::Get_Picture(float srcPX, long srcPY, float srcDX, long srcDY, float destPX, long destPY,
                                   float destDX, long destDY, IPictureDisp** value) {
     return answer(value, [&] {
-        if (srcPX == kNoRectangle) return wholePicture();
-        return pictureOf({toInt32(srcPX), srcPY, toInt32(srcDX), srcDY},
-                         {toInt32(destPX), destPY, toInt32(destDX), destDY});
+        const auto part = rectanglesOf(srcPX, srcPY, srcDX, srcDY, destPX, destPY, destDX, destDY);
+        return part ? pictureOf(*part) : wholePicture();
     });
 }
 
@@ -309,14 +304,14 @@ ComPtr<IPictureDisp> CVrxHDR::wholePicture() {
     return surface_.picture();
 }
 
-ComPtr<IPictureDisp> CVrxHDR::pictureOf(const PixelRect& source, const PixelRect& target) {
+ComPtr<IPictureDisp> CVrxHDR::pictureOf(const PictureRectangles& part) {
     const Bitmap24& preview = picture_.preview();
-    surface_.resize(target.width, target.height);
+    surface_.resize(part.target.width, part.target.height);
     if (!preview.empty()) {
         BITMAPINFO info{};
         info.bmiHeader =
             header24(static_cast<std::int32_t>(preview.width()), static_cast<std::int32_t>(preview.height()));
-        surface_.stretch(target, source, info, preview.data());
+        surface_.stretch(part.target, part.source, info, preview.data());
     }
     return surface_.picture();
 }

@@ -12,6 +12,7 @@
 #include "hdr/hdr_dialogs.h"
 #include "hdr/hdr_friend.h"
 #include "raster/drawing_surface.h"
+#include "raster/picture_rectangles.h"
 
 namespace vrx {
 
@@ -72,7 +73,7 @@ class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource, HdrFriend>, priva
     [[nodiscard]] std::u16string saveFile(const std::u16string& path);
     void writeFile(const std::u16string& path) const;
     [[nodiscard]] ComPtr<IPictureDisp> wholePicture();
-    [[nodiscard]] ComPtr<IPictureDisp> pictureOf(const PixelRect& source, const PixelRect& target);
+    [[nodiscard]] ComPtr<IPictureDisp> pictureOf(const PictureRectangles& part);
     void readPixel(std::int32_t x, std::int32_t y, VARIANT& red, VARIANT& green, VARIANT& blue) const;
 
     const HdrDialogs& dialogs_;

@@ -3,15 +3,11 @@
 #include "common/clipboard.h"
 #include "common/reentry_guard.h"
 #include "ground/error_record.h"
-#include "ground/rounding.h"
 
 namespace vrx {
 namespace {
 
 const ClassIdentity kIdentity = {RasterImage::kClassName, CLSID_CVrxImage, IID__CVrxImage};
-
-// In place of the first coordinate of the source rectangle: no rectangle is given.
-constexpr float kNoRectangle = -1.0F;
 
 }  // namespace
 
@@ -40,10 +36,8 @@ STDMETHODIMP CVrxImage::Load(BSTR strPath, BSTR* value) {
 STDMETHODIMP CVrxImage::Get_Picture(float srcPX, long srcPY, float srcDX, long srcDY, float destPX,
                                     long destPY, float destDX, long destDY, IPictureDisp** value) {
     return answer(value, [&] {
-        if (srcPX == kNoRectangle) return image_.picture(nullptr, {});
         try {
-            const PixelRect source{toInt32(srcPX), srcPY, toInt32(srcDX), srcDY};
-            return image_.picture(&source, {toInt32(destPX), destPY, toInt32(destDX), destDY});
+            return image_.picture(rectanglesOf(srcPX, srcPY, srcDX, srcDY, destPX, destPY, destDX, destDY));
         } catch (const Error&) {
             return image_.lastPicture();
         }

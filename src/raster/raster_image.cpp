@@ -123,16 +123,16 @@ void RasterImage::render() {
     surface_.stretch(whole, whole, info.get(), bits_.data());
 }
 
-ComPtr<IPictureDisp> RasterImage::picture(const PixelRect* source, const PixelRect& target) {
+ComPtr<IPictureDisp> RasterImage::picture(const std::optional<PictureRectangles>& part) {
     try {
-        renderPart(source, target);
+        renderPart(part);
     } catch (const Error&) {
         // What the surface shows is the answer all the same.
     }
     return lastPicture();
 }
 
-void RasterImage::renderPart(const PixelRect* source, const PixelRect& target) {
+void RasterImage::renderPart(const std::optional<PictureRectangles>& part) {
     const std::int32_t width = dimX();
     const std::int32_t rows = dimY();
     if (rows == INT32_MIN) throw platformError(Platform::InvalidPicture);
@@ -142,8 +142,8 @@ void RasterImage::renderPart(const PixelRect* source, const PixelRect& target) {
     const PixelRect whole{0, 0, width, height};
     // Without a rectangle the picture comes out moved up by one row, the bottom one black: hosts' pictures
     // have always looked so.
-    PixelRect from = source ? *source : PixelRect{0, -1, width, height};
-    PixelRect to = source ? target : whole;
+    PixelRect from = part ? part->source : PixelRect{0, -1, width, height};
+    PixelRect to = part ? part->target : whole;
     // The height of an image whose rows run from the top is negative, and so is that of its whole rectangle.
     if (rows < 0 && from.height < 0 && to.height < 0 && to.height != INT32_MIN && from.height != INT32_MIN) {
         from.height = -from.height;

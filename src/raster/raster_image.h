@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -9,6 +10,7 @@
 #include "ground/bytes.h"
 #include "raster/drawing_surface.h"
 #include "raster/engine/bmp_file.h"
+#include "raster/picture_rectangles.h"
 
 namespace vrx {
 
@@ -30,10 +32,10 @@ class RasterImage {
     [[nodiscard]] std::int32_t dimX() const;
     [[nodiscard]] std::int32_t dimY() const;
 
-    /// The image as a picture. A rectangle of it is stretched into the target of a picture of the target's
-    /// size; where none is given, the whole is drawn in its own size. What fails is passed over: the picture
-    /// is then the last one.
-    [[nodiscard]] ComPtr<IPictureDisp> picture(const PixelRect* source, const PixelRect& target);
+    /// The image as a picture. A part of it is stretched into the target of a picture of the target's size;
+    /// where none is given, the whole is drawn in its own size. What fails is passed over: the picture is
+    /// then the last one.
+    [[nodiscard]] ComPtr<IPictureDisp> picture(const std::optional<PictureRectangles>& part);
     [[nodiscard]] ComPtr<IPictureDisp> lastPicture() { return surface_.picture(); }
 
     /// Draws the image and writes it as a 24-bit BMP file; the path written. An empty path means
@@ -51,7 +53,7 @@ class RasterImage {
 
   private:
     void render();
-    void renderPart(const PixelRect* source, const PixelRect& target);
+    void renderPart(const std::optional<PictureRectangles>& part);
 
     Bytes bits_;
     BmpInfo info_{};
