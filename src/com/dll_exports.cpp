@@ -9,6 +9,7 @@
 #include "com/class_table.h"
 #include "com/entry.h"
 #include "com/module.h"
+#include "com/per_thread.h"
 #include "com/registration.h"
 #include "com/runtime_calls.h"
 #include "com/type_library.h"
@@ -18,7 +19,7 @@ using vrx::RegistrationScope;
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds) {
     if (reason == DLL_PROCESS_ATTACH) vrx::storeModuleInstance(instance);
     if (reason == DLL_THREAD_DETACH) {
-        vrx::releaseCallsOfThread();
+        vrx::ThreadItems::releaseThread();
         vrx::releaseThreadAtItsEnd();
     }
     if (reason == DLL_PROCESS_DETACH && !processEnds) vrx::releaseRuntimeAtUnload();

@@ -5,7 +5,10 @@
 #include <atomic>
 #include <cstddef>
 #include <new>
+#include <utility>
 #include <vector>
+
+#include "com/per_thread.h"
 
 namespace vrx {
 namespace {
@@ -50,8 +53,6 @@ struct StackCalls {
     bool hostRuns = true;
     unsigned lastNumber = 0;  // of an entry or of a call into the host
     StackCalls* nextOfThread = nullptr;
-    StackCalls* previous = nullptr;
-    StackCalls* next = nullptr;
 
     StackCalls() {
         entries.reserve(kUsualDepth);
@@ -115,82 +116,56 @@ struct StackCalls {
 
 namespace {
 
-/// The calls on all stacks; each thread has those on its own ones in its slot.
-class AllCalls {
-  public:
-    AllCalls() { InitializeCriticalSection(&guard_); }
-    AllCalls(const AllCalls&) = delete;
-    AllCalls& operator=(const AllCalls&) = delete;
-    /// The slot itself goes with the other ones of the module.
-    ~AllCalls() {
-        slot_ = TLS_OUT_OF_INDEXES;
-        while (first_) remove(first_);
-        DeleteCriticalSection(&guard_);
+/// The calls on a thread's stacks.
+struct ThreadCalls {
+    StackCalls* first = nullptr;
+
+    ThreadCalls() = default;
+    ThreadCalls(const ThreadCalls&) = delete;
+    ThreadCalls& operator=(const ThreadCalls&) = delete;
+    ~ThreadCalls() {
+        while (first) delete std::exchange(first, first->nextOfThread);
     }
 
-    /// Null where there is none yet.
+    /// Null where there are none yet.
     [[nodiscard]] StackCalls* find() const noexcept {
-        StackCalls* calls = ofThread();
+        StackCalls* calls = first;
         while (calls && calls->stack != currentStack()) calls = calls->nextOfThread;
         return calls;
     }
 
-    /// Null where there is no memory for it.
-    [[nodiscard]] StackCalls* findOrMake() noexcept {
-        StackCalls* calls = find();
-        return calls || slot_ == TLS_OUT_OF_INDEXES ? calls : make();
-    }
-
-    void removeOfThread() noexcept {
-        for (StackCalls* calls = ofThread(); calls;) {
-            StackCalls* following = calls->nextOfThread;
-            remove(calls);
-            calls = following;
-        }
-    }
-
-  private:
-    [[nodiscard]] StackCalls* ofThread() const noexcept {
-        return slot_ == TLS_OUT_OF_INDEXES ? nullptr : static_cast<StackCalls*>(TlsGetValue(slot_));
-    }
-
+    /// Null where there is no memory for them.
     [[nodiscard]] StackCalls* make() noexcept {
-        StackCalls* made = nullptr;
         try {
-            made = new StackCalls;
+            auto* made = new StackCalls;
+            made->nextOfThread = std::exchange(first, made);
+            return made;
         } catch (const std::bad_alloc&) {
             return nullptr;
         }
-        made->nextOfThread = ofThread();
-        if (!TlsSetValue(slot_, made)) return delete made, nullptr;
-        EnterCriticalSection(&guard_);
-        made->next = first_;
-        if (first_) first_->previous = made;
-        first_ = made;
-        LeaveCriticalSection(&guard_);
-        return made;
     }
-
-    void remove(StackCalls* calls) noexcept {
-        EnterCriticalSection(&guard_);
-        if (calls->previous) calls->previous->next = calls->next;
-        if (calls->next) calls->next->previous = calls->previous;
-        if (first_ == calls) first_ = calls->next;
-        LeaveCriticalSection(&guard_);
-        delete calls;
-    }
-
-    CRITICAL_SECTION guard_;
-    DWORD slot_ = TlsAlloc();
-    StackCalls* first_ = nullptr;
 };
 
-AllCalls allCalls;
+PerThread<ThreadCalls> threadCalls;
+
+/// Those on the current stack; null where there are none yet.
+StackCalls* findCalls() noexcept {
+    const ThreadCalls* calls = threadCalls.find();
+    return calls ? calls->find() : nullptr;
+}
+
+/// The same; null where there is no memory for them.
+StackCalls* findOrMakeCalls() noexcept {
+    ThreadCalls* calls = threadCalls.findOrMake();
+    if (!calls) return nullptr;
+    StackCalls* found = calls->find();
+    return found ? found : calls->make();
+}
 
 }  // namespace
 
 Entry::Entry(const void* caller) noexcept : host_(enterOwnMode()) {
-    StackCalls* calls = allCalls.findOrMake();
+    StackCalls* calls = findOrMakeCalls();
     if (calls && !calls->isNested(*this, caller)) calls->enter(*this, caller);
 }
 
@@ -204,7 +179,7 @@ Entry::~Entry() {
     restoreMode(host_);
 }
 
-HostCall::HostCall() noexcept : calls_(allCalls.find()) {
+HostCall::HostCall() noexcept : calls_(findCalls()) {
     if (calls_ && calls_->hostRuns) calls_ = nullptr;
     if (!calls_) return;
     depth_ = calls_->entries.size();
@@ -221,7 +196,7 @@ HostCall::~HostCall() {
 }
 
 HostTurn lastHostTurn() noexcept {
-    const StackCalls* calls = allCalls.find();
+    const StackCalls* calls = findCalls();
     return calls ? HostTurn{calls->stack, calls->lastNumber} : HostTurn{};
 }
 
@@ -229,7 +204,7 @@ void enterAfterLeaving(const void* caller) noexcept {
     if (recordedEntries != 0) const Entry entry(caller);
 }
 
-FrameEnd::FrameEnd(Action action, void* target) : calls_(allCalls.findOrMake()) {
+FrameEnd::FrameEnd(Action action, void* target) : calls_(findOrMakeCalls()) {
     if (!calls_) throw std::bad_alloc();
     place_ = calls_->ends.size();
     calls_->ends.push_back({action, target});
@@ -237,7 +212,5 @@ FrameEnd::FrameEnd(Action action, void* target) : calls_(allCalls.findOrMake()) 
 
 /// What is recorded behind it was left by the host's code that has returned.
 FrameEnd::~FrameEnd() { calls_->endFrames(place_); }
-
-void releaseCallsOfThread() { allCalls.removeOfThread(); }
 
 }  // namespace vrx

@@ -150,7 +150,4 @@ class HeldFlag {
     FrameEnd end_;
 };
 
-/// Frees what a thread that ends has used; for DllMain.
-void releaseCallsOfThread();
-
 }  // namespace vrx

@@ -41,8 +41,9 @@ HMODULE WINAPI findNoUnwinder(const char* name) {
 }
 #endif
 
-/// The slots of the module's threads: the library's of threads, the exceptions' and the calls'.
-DWORD slots[3];
+/// The slots of the module's threads: the library's of threads, the exceptions', the calls' and the error
+/// record's.
+DWORD slots[4];
 LONG slotCount = 0;
 
 /// TlsAlloc. The library of threads never gives its slot back; here each is known, to be given back at the

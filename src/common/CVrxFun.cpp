@@ -2,7 +2,7 @@
 
 #include "common/frmMessage.h"
 #include "common/message_box.h"
-#include "ground/error_record.h"
+#include "common/modStartUp.h"
 #include "ground/keys.h"
 #include "ground/paths.h"
 

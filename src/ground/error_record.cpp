@@ -3,21 +3,24 @@
 namespace vrx {
 
 void ErrorRecord::Clear_Error() {
-    if (!recorded_) error_ = {};
+    if (ErrRecorded) return;
+    ErrNumber = 0;
+    ErrSource.clear();
+    ErrDescription.clear();
 }
 
 void ErrorRecord::Record_Error(const Error& current, std::int32_t number, std::u16string_view source,
                                std::u16string_view description) {
-    if (recorded_) return;
-    error_.number = number != 0 ? number : current.number;
-    if (error_.source.empty()) error_.source = source.empty() ? current.source : std::u16string(source);
-    error_.description = description.empty() ? current.description : std::u16string(description);
-    recorded_ = true;
+    if (ErrRecorded) return;
+    ErrNumber = number != 0 ? number : current.number;
+    if (ErrSource.empty()) ErrSource = source.empty() ? std::u16string_view(current.source) : source;
+    ErrDescription = description.empty() ? std::u16string_view(current.description) : description;
+    ErrRecorded = true;
 }
 
 void ErrorRecord::Raise_Error() {
-    recorded_ = false;
-    throw Error(error_);
+    ErrRecorded = false;
+    throw Error{ErrNumber, ErrSource, ErrDescription};
 }
 
 }  // namespace vrx

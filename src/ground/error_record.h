@@ -10,8 +10,12 @@
 
 namespace vrx {
 
-class ErrorRecord {
-  public:
+struct ErrorRecord {
+    std::int32_t ErrNumber = 0;
+    std::u16string ErrSource;
+    std::u16string ErrDescription;
+    bool ErrRecorded = false;  ///< a recorded error is travelling outward
+
     /// Empties the record, unless a recorded error is travelling outward.
     void Clear_Error();
     /// Records an error, unless one is travelling already. A number other than 0 and texts that are not empty
@@ -20,24 +24,18 @@ class ErrorRecord {
                       std::u16string_view description = {});
     /// Throws the recorded error; the record is then free for the next one.
     [[noreturn]] void Raise_Error();
-
-    [[nodiscard]] const Error& error() const { return error_; }
-    [[nodiscard]] bool recorded() const { return recorded_; }
-
-  private:
-    Error error_{};
-    bool recorded_ = false;
 };
 
-/// Runs the body of a public method under a record of its own. The class name becomes the source of errors
-/// that carry none.
+/// Runs the body of a public method under a record. The class name becomes the source of errors that carry
+/// none.
 template <class Body>
-void recordErrors(std::u16string_view className, Body body) {
-    ErrorRecord record;
+void recordErrors(ErrorRecord& record, std::u16string_view className, Body body) {
     record.Clear_Error();
     try {
         body();
     } catch (const Error& current) {
+        // What another method has recorded meanwhile was caught on its way: its source is not this error's.
+        record.Clear_Error();
         record.Record_Error(current, 0, current.source.empty() ? className : std::u16string_view{});
         record.Raise_Error();
     }

@@ -6,9 +6,9 @@
 #include "common/clipboard.h"
 #include "common/file_io.h"
 #include "common/message_box.h"
+#include "common/modStartUp.h"
 #include "common/reentry_guard.h"
 #include "ground/blanks.h"
-#include "ground/error_record.h"
 #include "hdr/engine/hdr_error.h"
 #include "raster/raster_image.h"
 

@@ -1,8 +1,8 @@
 #include "raster/CVrxImage.h"
 
 #include "common/clipboard.h"
+#include "common/modStartUp.h"
 #include "common/reentry_guard.h"
-#include "ground/error_record.h"
 
 namespace vrx {
 namespace {

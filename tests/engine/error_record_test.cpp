@@ -12,6 +12,10 @@ const Error kNothing{0, u"", u""};
 const Error kInner{53, u"Inner", u"File not found"};
 const Error kOuter{9, u"Outer", u"Subscript out of range"};
 
+Error errorIn(const ErrorRecord& record) {
+    return {record.ErrNumber, record.ErrSource, record.ErrDescription};
+}
+
 Error raised(ErrorRecord& record) {
     const auto failure = failureOf([&record] { record.Raise_Error(); });
     return failure.value_or(kNothing);
@@ -19,16 +23,16 @@ Error raised(ErrorRecord& record) {
 
 TEST(ErrorRecord, IsClearAtFirst) {
     const ErrorRecord record;
-    EXPECT_EQ(record.error(), kNothing);
-    EXPECT_FALSE(record.recorded());
+    EXPECT_EQ(errorIn(record), kNothing);
+    EXPECT_FALSE(record.ErrRecorded);
 }
 
 TEST(ErrorRecord, RaisesTheErrorObjectWhereNothingElseIsGiven) {
     ErrorRecord record;
     record.Record_Error(kInner);
-    EXPECT_TRUE(record.recorded());
+    EXPECT_TRUE(record.ErrRecorded);
     EXPECT_EQ(raised(record), kInner);
-    EXPECT_FALSE(record.recorded());
+    EXPECT_FALSE(record.ErrRecorded);
 }
 
 TEST(ErrorRecord, WhatIsGivenStandsInPlaceOfTheErrorObjects) {
@@ -48,17 +52,17 @@ TEST(ErrorRecord, ClearingLeavesATravellingErrorAlone) {
     ErrorRecord record;
     record.Record_Error(kInner);
     record.Clear_Error();
-    EXPECT_EQ(record.error(), kInner);
-    EXPECT_TRUE(record.recorded());
+    EXPECT_EQ(errorIn(record), kInner);
+    EXPECT_TRUE(record.ErrRecorded);
 }
 
 TEST(ErrorRecord, ClearingEmptiesARecordWhoseErrorHasBeenRaised) {
     ErrorRecord record;
     record.Record_Error(kInner);
     static_cast<void>(raised(record));
-    EXPECT_EQ(record.error(), kInner);
+    EXPECT_EQ(errorIn(record), kInner);
     record.Clear_Error();
-    EXPECT_EQ(record.error(), kNothing);
+    EXPECT_EQ(errorIn(record), kNothing);
 }
 
 TEST(ErrorRecord, ASourceStoredAlreadyIsKept) {
@@ -69,37 +73,52 @@ TEST(ErrorRecord, ASourceStoredAlreadyIsKept) {
     EXPECT_EQ(raised(record), kInner);
 }
 
-TEST(RecordErrors, ANestedFailureReachesTheHostWithTheInnerCallsNumberAndDescription) {
-    const auto failure = failureOf([] {
-        recordErrors(u"OuterClass", [] {
-            recordErrors(u"InnerClass", [] { throw platformError(Platform::FileNotFound); });
+/// The methods of one library, which share its record.
+class RecordErrors : public testing::Test {
+  protected:
+    ErrorRecord record;
+
+    void TearDown() override { EXPECT_FALSE(record.ErrRecorded); }
+};
+
+TEST_F(RecordErrors, ANestedFailureReachesTheHostWithTheInnerCallsNumberAndDescription) {
+    const auto failure = failureOf([&] {
+        recordErrors(record, u"OuterClass", [&] {
+            recordErrors(record, u"InnerClass", [&] { throw platformError(Platform::FileNotFound); });
         });
     });
     EXPECT_EQ(failure, (Error{53, u"InnerClass", u"File not found"}));
 }
 
-TEST(RecordErrors, TheClassNameIsTheSourceOnlyOfErrorsWithoutOne) {
-    const auto named = failureOf([] { recordErrors(u"Class", [] { throw Error(kInner); }); });
+TEST_F(RecordErrors, TheClassNameIsTheSourceOnlyOfErrorsWithoutOne) {
+    const auto named = failureOf([&] { recordErrors(record, u"Class", [&] { throw Error(kInner); }); });
     EXPECT_EQ(named, kInner);
     const auto nameless =
-        failureOf([] { recordErrors(u"Class", [] { throw platformError(Platform::DiskFull); }); });
+        failureOf([&] { recordErrors(record, u"Class", [&] { throw platformError(Platform::DiskFull); }); });
     EXPECT_EQ(nameless, (Error{61, u"Class", u"Disk full"}));
 }
 
-TEST(RecordErrors, AFailureAfterAnotherIsReportedAsItself) {
-    EXPECT_EQ(failureOf([] { recordErrors(u"A", [] { throw Error(kInner); }); }), kInner);
-    EXPECT_EQ(failureOf([] { recordErrors(u"B", [] { throw Error(kOuter); }); }), kOuter);
-    EXPECT_EQ(failureOf([] { recordErrors(u"C", [] {}); }), std::nullopt);
+TEST_F(RecordErrors, AFailureAfterAnotherIsReportedAsItself) {
+    EXPECT_EQ(failureOf([&] { recordErrors(record, u"A", [&] { throw Error(kInner); }); }), kInner);
+    EXPECT_EQ(failureOf([&] { recordErrors(record, u"B", [&] { throw Error(kOuter); }); }), kOuter);
+    EXPECT_EQ(failureOf([&] { recordErrors(record, u"C", [&] {}); }), std::nullopt);
 }
 
-TEST(RecordErrors, AFailureCaughtInsideAnotherMethodIsForgotten) {
-    const auto failure = failureOf([] {
-        recordErrors(u"Outer", [] {
-            EXPECT_EQ(failureOf([] { recordErrors(u"Inner", [] { throw Error(kInner); }); }), kInner);
+TEST_F(RecordErrors, AFailureCaughtInsideAnotherMethodIsForgotten) {
+    const auto failure = failureOf([&] {
+        recordErrors(record, u"Outer", [&] {
+            EXPECT_EQ(failureOf([&] { recordErrors(record, u"Inner", [&] { throw Error(kInner); }); }),
+                      kInner);
             throw Error(kOuter);
         });
     });
     EXPECT_EQ(failure, kOuter);
+}
+
+TEST_F(RecordErrors, TheRecordHoldsTheErrorUntilTheNextMethodBegins) {
+    EXPECT_EQ(failureOf([&] { recordErrors(record, u"A", [] { throw Error(kInner); }); }), kInner);
+    EXPECT_EQ(errorIn(record), kInner);
+    recordErrors(record, u"B", [&] { EXPECT_EQ(errorIn(record), kNothing); });
 }
 
 TEST(PlatformError, CarriesTheTextsThatHostsKnow) {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "failure.h"
-#include "hdr/engine/exponent_table.h"
+#include "hdr/engine/modHDR.h"
 
 namespace vrx::test {
 namespace {

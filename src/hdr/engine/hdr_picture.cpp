@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "ground/error.h"
-#include "hdr/engine/exponent_table.h"
+#include "hdr/engine/modHDR.h"
 #include "hdr/engine/rgbe_writer.h"
 
 namespace vrx {
