@@ -10,19 +10,13 @@
 
 #include "ground/lanes.h"
 #include "hdr/engine/exposure_colours.h"
+#include "hdr/engine/modHDR.h"
 
 namespace vrx::VRX_ROWS {
 namespace {
 
 /// Blue, green and red in the low 24 bits.
 using Packed = std::uint32_t[kBlock];
-
-// Primaries of the picture to CIE XYZ and back, as Singles.
-constexpr double kRgbToX[] = {0.5141364F, 0.32387858F, 0.16036376F};
-constexpr double kRgbToZ[] = {0.0241188F, 0.1228178F, 0.84442663F};
-constexpr double kXyzToR[] = {2.5651F, -1.1665F, -0.3986F};
-constexpr double kXyzToG[] = {-1.0217F, 1.9777F, 0.0439F};
-constexpr double kXyzToB[] = {0.0753F, -0.2543F, 1.1892F};
 
 /// One row of the product of both, times 255, for colours whose chromaticity stays: RGB to XYZ, a common
 /// factor, XYZ to RGB.

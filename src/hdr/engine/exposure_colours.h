@@ -8,6 +8,7 @@
 
 #include "ground/lanes.h"
 #include "hdr/engine/auto_exposition_rows.h"
+#include "hdr/engine/modHDR.h"
 
 namespace vrx::VRX_ROWS {
 
@@ -20,9 +21,6 @@ struct Colours {
 struct Pixels {
     Doubles r, g, b;
 };
-
-// Of the primaries of the picture, as Singles.
-inline constexpr double kRgbToY[] = {0.265068F, 0.67023426F, 0.06409157F};
 
 VRX_INLINE void dot(Doubles& result, const double (&m)[3], const Doubles& a, const Doubles& b,
                     const Doubles& c) {
