@@ -117,12 +117,12 @@ class AccessibleView final : public Counted<IAccessible, IDispatch> {
 LRESULT accessibleView(HWND view, WPARAM wide, LPARAM longer) {
     if (static_cast<DWORD>(longer) != static_cast<DWORD>(OBJID_CLIENT)) return 0;
     ComPtr<IAccessible> standard;
-    if (FAILED(CreateStdAccessibleObject(view, OBJID_CLIENT, IID_IAccessible,
+    if (FAILED(CreateStdAccessibleObject(view, OBJID_CLIENT, __uuidof(IAccessible),
                                          reinterpret_cast<void**>(standard.put()))) ||
         !standard)
         return 0;
     const ComPtr<AccessibleView> own(new AccessibleView(view, std::move(standard)));
-    return LresultFromObject(IID_IAccessible, wide, own.get());
+    return LresultFromObject(__uuidof(IAccessible), wide, own.get());
 }
 
 }  // namespace vrx
