@@ -306,7 +306,7 @@ class Accessible : public Drawn {
   protected:
     [[nodiscard]] ComPtr<IAccessible> view() const {
         ComPtr<IAccessible> found;
-        AccessibleObjectFromWindow(window(), static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
+        AccessibleObjectFromWindow(window(), static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
                                    reinterpret_cast<void**>(found.put()));
         return found;
     }
