@@ -46,5 +46,5 @@ for ((part = 0; part < parts; part++)); do
     ! grep -q '^exit status' "$log"
     tally_googletest "$log" $?
 done
-awk '$3 == "faults" { count[$1] += $2; all += $2 } END { for (kind in count) print kind, count[kind]; print "Faults injected in all:", all }' \
-    "$logs"/fault_tests.*.log
+cat "$logs"/fault_tests.*.log | tr -d '\r' |
+    awk '$3 == "faults" { count[$1] += $2; all += $2 } END { for (kind in count) print kind, count[kind]; print "Faults injected in all:", all }'
