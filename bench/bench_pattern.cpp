@@ -32,7 +32,8 @@ std::u16string rainbow(std::int64_t stops) {
     return pattern;
 }
 
-/// From the text to a new table: the system's price for new pages is in it.
+/// From the text to a new table. Where the C library gives large blocks back to the system, as Windows' does,
+/// the price of new pages is in it.
 void expandNew(benchmark::State& state) {
     const std::u16string pattern = rainbow(state.range(0));
     for (auto _ : state) benchmark::DoNotOptimize(Get_PatternFromString(pattern, kEntries - 1));

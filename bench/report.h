@@ -14,10 +14,11 @@ namespace vrx::bench {
 [[nodiscard]] std::string rowName(const std::string& work, const std::string& library);
 
 /// Adds a benchmark, whose counters are named after the pictures. The table has the works in the order of
-/// these calls.
+/// these calls. What counts is the time that passes: the system counts a process's own in ticks of several
+/// milliseconds.
 template <class Function>
 benchmark::internal::Benchmark* add(const std::string& work, const std::string& library, Function function) {
-    return benchmark::RegisterBenchmark(rowName(work, library).c_str(), function);
+    return benchmark::RegisterBenchmark(rowName(work, library).c_str(), function)->UseRealTime();
 }
 
 /// Collects every repetition's counters.

@@ -9,9 +9,9 @@
 namespace vrx {
 namespace {
 
-// Stands for everything that is as large or larger: far beyond 32 bits, far beyond the length of any text,
-// and exact as a double.
-constexpr std::int64_t kHuge = std::int64_t{1} << 40;
+// Stands for everything that is as large or larger: beyond every number that can be read and beyond the
+// length of any text.
+constexpr std::uint32_t kHuge = 0xFFFFFFFF;
 
 /// What can be read at the beginning of a text.
 struct Prefix {
@@ -26,27 +26,32 @@ char16_t charAt(std::u16string_view text, std::size_t index) {
 bool isSign(char16_t c) { return c == u'+' || c == u'-'; }
 
 /// The value of a digit; 16 for any other character.
-int digitValue(char16_t c) {
+unsigned digitValue(char16_t c) {
     if (c >= u'0' && c <= u'9') return c - u'0';
     if (c >= u'A' && c <= u'F') return c - u'A' + 10;
     if (c >= u'a' && c <= u'f') return c - u'a' + 10;
     return 16;
 }
 
-std::int64_t appendDigit(std::int64_t number, int base, int digit) {
-    return std::min(number * base + digit, kHuge);
+std::uint32_t appendDigit(std::uint32_t number, unsigned base, unsigned digit) {
+    const std::uint64_t longer = std::uint64_t{number} * base + digit;
+    return longer < kHuge ? static_cast<std::uint32_t>(longer) : kHuge;
 }
 
-Prefix readDigits(std::u16string_view text, int base) {
-    Prefix read{0, 0};
-    for (; digitValue(charAt(text, read.length)) < base; ++read.length) {
-        read.value = appendDigit(read.value, base, digitValue(text[read.length]));
+Prefix readDigits(std::u16string_view text, unsigned base) {
+    std::size_t length = 0;
+    std::uint32_t value = 0;
+    for (const char16_t c : text) {
+        const unsigned digit = digitValue(c);
+        if (digit >= base) break;
+        value = appendDigit(value, base, digit);
+        ++length;
     }
-    return read;
+    return {length, value};
 }
 
 /// Digits behind the two characters of a prefix.
-Prefix readPrefixed(std::u16string_view text, int base) {
+Prefix readPrefixed(std::u16string_view text, unsigned base) {
     const Prefix digits = readDigits(text.substr(2), base);
     return digits.length > 0 ? Prefix{digits.length + 2, digits.value} : Prefix{};
 }
@@ -62,26 +67,24 @@ Prefix readExponent(std::u16string_view text) {
 
 /// whole.fraction x 10^exponent from its decimal digits, to nearest, halves to even.
 std::int64_t roundDecimal(std::u16string_view whole, std::u16string_view fraction, std::int64_t exponent) {
+    const auto digitAt = [&](std::size_t i) {
+        return digitValue(i < whole.size() ? whole[i] : fraction[i - whole.size()]);
+    };
+    const auto count = static_cast<std::int64_t>(whole.size() + fraction.size());
     const std::int64_t integerDigits = static_cast<std::int64_t>(whole.size()) + exponent;
-    const std::size_t count = whole.size() + fraction.size();
-    std::int64_t integer = 0;
-    int tenths = 0;
+    const auto point = static_cast<std::size_t>(std::clamp<std::int64_t>(integerDigits, 0, count));
+    std::uint32_t integer = 0;
+    for (std::size_t i = 0; i < point; ++i) integer = appendDigit(integer, 10, digitAt(i));
+    for (std::int64_t zeros = integerDigits - count; zeros > 0 && integer > 0 && integer < kHuge; --zeros)
+        integer = appendDigit(integer, 10, 0);
+    // All digits stand behind the tenths, or before them.
+    if (integerDigits < 0 || integerDigits >= count) return integer;
+
+    const unsigned tenths = digitAt(point);
     bool rest = false;
-    for (std::size_t i = 0; i < count; ++i) {
-        const int digit = digitValue(i < whole.size() ? whole[i] : fraction[i - whole.size()]);
-        const auto place = static_cast<std::int64_t>(i);
-        if (place < integerDigits) {
-            integer = appendDigit(integer, 10, digit);
-        } else if (place == integerDigits) {
-            tenths = digit;
-        } else {
-            rest = rest || digit != 0;
-        }
-    }
-    std::int64_t zeros = integerDigits - static_cast<std::int64_t>(count);
-    for (; zeros > 0 && integer > 0 && integer < kHuge; --zeros) integer *= 10;
+    for (auto i = point + 1; i < static_cast<std::size_t>(count) && !rest; ++i) rest = digitAt(i) != 0;
     const bool up = tenths > 5 || (tenths == 5 && (rest || integer % 2 != 0));
-    return std::min(integer + (up ? 1 : 0), kHuge);
+    return std::int64_t{integer} + (up ? 1 : 0);
 }
 
 Prefix readDecimal(std::u16string_view text) {
