@@ -3,6 +3,7 @@
 #include <olectl.h>
 
 #include <new>
+#include <ranges>
 #include <span>
 #include <string>
 #include <vector>
@@ -86,27 +87,36 @@ void removeRow(HKEY classes, const RegistryRow& row) {
     }
 }
 
+void removeUnlessKept(HKEY classes, const RegistryRow& row) {
+    if (row.keptBy.empty() || !exists(classes, row.keptBy)) removeRow(classes, row);
+}
+
 void removeRows(HKEY classes, std::span<const RegistryRow> rows) {
-    for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
-        if (row->keptBy.empty() || !exists(classes, row->keptBy)) removeRow(classes, *row);
+    for (const RegistryRow& row : std::views::reverse(rows)) removeUnlessKept(classes, row);
+}
+
+/// For a registration that failed: its own reason is the one to report, whatever fails here.
+void takeBack(HKEY classes, std::span<const RegistryRow* const> added) noexcept {
+    try {
+        for (const RegistryRow* row : std::views::reverse(added)) removeUnlessKept(classes, *row);
+    } catch (...) {
+        return;
     }
 }
 
 /// All or none; what was there before stays in any case.
 void writeRows(HKEY classes, std::span<const RegistryRow> rows) {
-    std::vector<RegistryRow> added;
+    // All the memory that writing takes, before anything is written.
+    std::vector<const RegistryRow*> added;
+    added.reserve(rows.size());
     try {
         for (const RegistryRow& row : rows) {
-            if (!holds(classes, row)) added.push_back(row);
+            if (!holds(classes, row)) added.push_back(&row);
             writeRow(classes, row);
         }
-    } catch (const HresultFailure& failure) {
-        try {
-            removeRows(classes, added);
-        } catch (const HresultFailure&) {
-            // The reason of the first failure is the one to report.
-        }
-        throw failure;
+    } catch (const HresultFailure&) {
+        takeBack(classes, added);
+        throw;
     }
 }
 

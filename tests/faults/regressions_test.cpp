@@ -7,6 +7,7 @@
 
 #include <memory>
 
+#include "com/win_resource.h"
 #include "control_container.h"
 #include "failure.h"
 #include "faults.h"
@@ -58,6 +59,22 @@ TEST_F(OneFault, AnObjectWhoseEventsCannotBeConnectedForLackOfMemoryIsError7) {
     vrx::ComPtr<_CVrxHDR> followed;
     EXPECT_EQ(control->get_objHDR(followed.put()), S_OK);
     EXPECT_EQ(followed.get(), first.get());
+}
+
+TEST_F(OneFault, ARegistrationThatRunsOutOfMemoryLeavesNothing) {
+    // The first of all keys.
+    constexpr wchar_t kTypeLib[] = L"Software\\Classes\\TypeLib\\{897F52C7-06C5-419E-8D75-FE91814045D8}";
+    ASSERT_EQ(host::component().unregisterMachine(), S_OK);
+    for (int nth = 1, faults = 1; faults != 0; nth += 1 + nth / 8) {
+        Injection injection(Kind::Memory, nth, !kLasting);
+        const HRESULT result = host::component().registerMachine();
+        injection.end();
+        faults = injection.count();
+        vrx::RegistryKey key;
+        const LSTATUS opened = RegOpenKeyExW(HKEY_LOCAL_MACHINE, kTypeLib, 0, KEY_READ, key.put());
+        EXPECT_EQ(result, faults == 0 ? S_OK : E_OUTOFMEMORY) << "allocation " << nth;
+        EXPECT_EQ(opened, faults == 0 ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND) << "allocation " << nth;
+    }
 }
 
 TEST_F(OneFault, SizesWithoutTheScreensContextAreError7) {
