@@ -6,23 +6,19 @@
 #include "settings/SettingsRegistry.h"
 
 namespace vrx {
+namespace {
 
-std::span<const ClassRow> classTable() {
-    static const ClassRow rows[] = {
-        {CLSID_SettingsRegistry, L"SettingsRegistry", L"VrxSettings settings in the registry",
-         createObject<SettingsRegistry>},
-    };
-    return rows;
-}
+const ClassRow kClasses[] = {
+    {CLSID_SettingsRegistry, L"SettingsRegistry", L"VrxSettings settings in the registry",
+     createObject<SettingsRegistry>},
+};
 
-const wchar_t* libraryName() { return L"VrxSettings"; }
+}  // namespace
 
-const wchar_t* helpFileName() { return L"VrxCommon.chm"; }
-
-const RecordRow* recordRow() { return nullptr; }
-
-int typeLibraryCount() { return 1; }
-
-void releaseHeldObjects() noexcept {}
+const Publication kPublication = {
+    .classes = kClasses,
+    .libraryName = L"VrxSettings",
+    .helpFileName = L"VrxCommon.chm",
+};
 
 }  // namespace vrx

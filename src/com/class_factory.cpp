@@ -18,7 +18,7 @@ STDMETHODIMP ClassFactory::LockServer(BOOL lock) {
 }
 
 const ClassRow* findClassRow(REFCLSID classId) {
-    for (const ClassRow& row : classTable()) {
+    for (const ClassRow& row : kPublication.classes) {
         if (row.classId == classId) return &row;
     }
     return nullptr;

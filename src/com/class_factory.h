@@ -1,4 +1,4 @@
-// The class factory of one row of the class table.
+// Classes by their ids: the row of the class table, and the factory that goes with it.
 #pragma once
 
 #include <windows.h>
@@ -24,6 +24,9 @@ class ClassFactory final : public Counted<IClassFactory> {
     const ClassRow& row_;
     ModuleLock lock_;
 };
+
+/// The row of a class in the module's table; null for a class that is not there.
+[[nodiscard]] const ClassRow* findClassRow(REFCLSID classId);
 
 /// An interface of the factory for a class; CLASS_E_CLASSNOTAVAILABLE for one that is not in the table.
 HRESULT findClassFactory(REFCLSID classId, REFIID iid, void** factory);

@@ -1,4 +1,4 @@
-// What a module publishes. Each module that has public classes defines these functions for itself.
+// What a module publishes: its classes, its type libraries and what goes with them.
 #pragma once
 
 #include <windows.h>
@@ -23,16 +23,6 @@ struct ClassRow {
     const ControlTraits* control = nullptr;  ///< null for a class that is no control
 };
 
-[[nodiscard]] std::span<const ClassRow> classTable();
-/// Its row; null for a class that is not in the table.
-[[nodiscard]] const ClassRow* findClassRow(REFCLSID classId);
-
-/// Name of the module's type library, which its program ids begin with.
-[[nodiscard]] const wchar_t* libraryName();
-
-/// Name of the help file that is installed beside the module.
-[[nodiscard]] const wchar_t* helpFileName();
-
 /// A record that members take, described by one of the module's type libraries.
 struct RecordRow {
     const GUID& recordId;
@@ -40,13 +30,19 @@ struct RecordRow {
     std::size_t size;
 };
 
-/// The one record of the published interfaces; null where they have none.
-[[nodiscard]] const RecordRow* recordRow();
+struct Publication {
+    std::span<const ClassRow> classes;
+    const wchar_t* libraryName;   ///< of the module's type library; its program ids begin with it
+    const wchar_t* helpFileName;  ///< of the help file that is installed beside the module
+    /// How many type libraries are in the module's resources: its own, number 1, and those that it imports.
+    int typeLibraryCount = 1;
+    /// The one record of the published interfaces; null where they have none.
+    const RecordRow* record = nullptr;
+    /// Gives back what the module holds of others, for it may be unloaded now; null where it holds nothing.
+    void (*releaseHeldObjects)() noexcept = nullptr;
+};
 
-/// How many type libraries are in the module's resources: its own, number 1, and those that it imports.
-[[nodiscard]] int typeLibraryCount();
-
-/// Gives back what the module holds of others, for it may be unloaded now.
-void releaseHeldObjects() noexcept;
+/// Each module that has public classes defines its own.
+extern const Publication kPublication;
 
 }  // namespace vrx

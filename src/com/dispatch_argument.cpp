@@ -34,9 +34,8 @@ Variant convertObject(const VARIANT& source, const Parameter& parameter) {
 }
 
 const RecordRow& publishedRecord() {
-    const RecordRow* row = recordRow();
-    if (!row) throwTypeMismatch();
-    return *row;
+    if (!kPublication.record) throwTypeMismatch();
+    return *kPublication.record;
 }
 
 /// A record of its own for a script's empty variable, all fields 0.

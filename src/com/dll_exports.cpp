@@ -34,7 +34,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** factory) {
 STDAPI DllCanUnloadNow() {
     const vrx::Entry entry;
     if (!vrx::releaseTypeInformationIfUnused()) return S_FALSE;
-    vrx::releaseHeldObjects();
+    if (vrx::kPublication.releaseHeldObjects) vrx::kPublication.releaseHeldObjects();
     return S_OK;
 }
 

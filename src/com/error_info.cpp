@@ -16,7 +16,7 @@ constexpr DWORD kFirstHelpContext = 10000;
 
 DWORD helpContextOf(const Error& error) { return kFirstHelpContext + static_cast<DWORD>(error.number); }
 
-std::wstring helpFile() { return folderOf(modulePath()) + L'\\' + helpFileName(); }
+std::wstring helpFile() { return folderOf(modulePath()) + L'\\' + kPublication.helpFileName; }
 
 void setThreadError(const IID& iid, const Error& error, const char16_t* className) {
     ComPtr<ICreateErrorInfo> created;

@@ -7,28 +7,18 @@
 #include "com/com_ptr.h"
 #include "com/hresult_failure.h"
 #include "com/native_call.h"
+#include "com/type_attributes.h"
 
 namespace vrx {
 namespace {
+
+constexpr std::size_t kLongestName = 64;
 
 /// A type as a variant names it, and the interface for an object.
 struct ResolvedType {
     VARTYPE type = VT_EMPTY;
     unsigned pointers = 0;
     IID iid = {};
-};
-
-class TypeAttributes {
-  public:
-    explicit TypeAttributes(ITypeInfo& info) : info_(info) { throwIfFailed(info.GetTypeAttr(&attributes_)); }
-    TypeAttributes(const TypeAttributes&) = delete;
-    TypeAttributes& operator=(const TypeAttributes&) = delete;
-    ~TypeAttributes() { info_.ReleaseTypeAttr(attributes_); }
-    const TYPEATTR* operator->() const { return attributes_; }
-
-  private:
-    ITypeInfo& info_;
-    TYPEATTR* attributes_ = nullptr;
 };
 
 class FunctionDescription {
@@ -94,8 +84,6 @@ bool isReference(const ResolvedType& type) {
     return type.pointers > (object && type.iid != IID{} ? 1u : 0u);
 }
 
-constexpr std::size_t kLongestName = 64;
-
 /// The published names are of ASCII characters.
 char16_t smallLetter(wchar_t character) {
     const bool capital = character >= L'A' && character <= L'Z';
@@ -121,7 +109,7 @@ class SmallName {
     std::size_t length_ = 0;
 };
 
-/// The names of a member and its parameters; fewer than asked for where the last ones have none.
+/// The names of a member and its parameters, in small letters; empty for those without one.
 std::vector<std::u16string> namesOf(ITypeInfo& info, MEMBERID id) {
     std::array<BSTR, 1 + kMostArguments> found{};
     UINT count = 0;

@@ -8,6 +8,7 @@
 #include "com/class_table.h"
 #include "com/hresult_failure.h"
 #include "com/module.h"
+#include "com/type_attributes.h"
 #include "com/type_library.h"
 #include "com/win_resource.h"
 
@@ -47,20 +48,12 @@ class Rows {
     std::vector<RegistryRow> rows_;
 };
 
-TLIBATTR attributesOf(ITypeLib& library) {
+GUID idOf(ITypeLib& library) {
     TLIBATTR* attributes = nullptr;
     throwIfFailed(library.GetLibAttr(&attributes));
-    const TLIBATTR copy = *attributes;
+    const GUID id = attributes->guid;
     library.ReleaseTLibAttr(attributes);
-    return copy;
-}
-
-TYPEATTR attributesOf(ITypeInfo& info) {
-    TYPEATTR* attributes = nullptr;
-    throwIfFailed(info.GetTypeAttr(&attributes));
-    const TYPEATTR copy = *attributes;
-    info.ReleaseTypeAttr(attributes);
-    return copy;
+    return id;
 }
 
 std::wstring typeLibraryKey(const std::wstring& libraryId) {
@@ -68,7 +61,7 @@ std::wstring typeLibraryKey(const std::wstring& libraryId) {
 }
 
 void addClass(Rows& rows, const ClassRow& row, const std::wstring& path, const std::wstring& libraryId) {
-    const std::wstring programId = std::wstring(libraryName()) + L'.' + row.name;
+    const std::wstring programId = std::wstring(kPublication.libraryName) + L'.' + row.name;
     const std::wstring versioned = programId + L".1";
     const std::wstring classId = text(row.classId);
     const std::wstring key = L"CLSID\\" + classId;
@@ -109,7 +102,7 @@ void addTypeLibrary(Rows& rows, int number, const std::wstring& path) {
     throwIfFailed(loadTypeLibrary(number, library));
     Bstr description;
     throwIfFailed(library->GetDocumentation(-1, nullptr, description.put(), nullptr, nullptr));
-    const std::wstring key = typeLibraryKey(text(attributesOf(*library).guid));
+    const std::wstring key = typeLibraryKey(text(idOf(*library)));
     const std::wstring keptBy = key + kOtherPlatform;
     const std::wstring file = path + L'\\' + std::to_wstring(number);
     rows.addShared(key, description.get(), keptBy);
@@ -122,12 +115,12 @@ void addInterfaces(Rows& rows, ITypeLib& library, const std::wstring& libraryId)
     for (UINT index = 0; index < library.GetTypeInfoCount(); ++index) {
         ComPtr<ITypeInfo> info;
         throwIfFailed(library.GetTypeInfo(index, info.put()));
-        const TYPEATTR attributes = attributesOf(*info);
-        if (attributes.typekind != TKIND_DISPATCH) continue;
-        const bool dual = (attributes.wTypeFlags & TYPEFLAG_FDUAL) != 0;
+        const TypeAttributes attributes(*info);
+        if (attributes->typekind != TKIND_DISPATCH) continue;
+        const bool dual = (attributes->wTypeFlags & TYPEFLAG_FDUAL) != 0;
         Bstr name;
         throwIfFailed(info->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr));
-        const std::wstring key = L"Interface\\" + text(attributes.guid);
+        const std::wstring key = L"Interface\\" + text(attributes->guid);
         rows.add(key, L"", name.get());
         rows.add(key + L"\\ProxyStubClsid32", L"", dual ? kTypeLibraryProxy : kDispatchProxy);
         rows.add(key + L"\\TypeLib", L"", libraryId);
@@ -140,12 +133,12 @@ void addInterfaces(Rows& rows, ITypeLib& library, const std::wstring& libraryId)
 std::vector<RegistryRow> registryRows(const std::wstring& path) {
     ComPtr<ITypeLib> library;
     throwIfFailed(loadTypeLibrary(kOwnTypeLibrary, library));
-    const std::wstring libraryId = text(attributesOf(*library).guid);
+    const std::wstring libraryId = text(idOf(*library));
     Rows rows;
-    for (int number = typeLibraryCount(); number >= kOwnTypeLibrary; --number)
+    for (int number = kPublication.typeLibraryCount; number >= kOwnTypeLibrary; --number)
         addTypeLibrary(rows, number, path);
     addInterfaces(rows, *library, libraryId);
-    for (const ClassRow& row : classTable()) {
+    for (const ClassRow& row : kPublication.classes) {
         addClass(rows, row, path, libraryId);
         if (row.control) addControl(rows, row, path);
     }

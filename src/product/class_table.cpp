@@ -1,3 +1,4 @@
+// What VrxCommon.dll publishes.
 #include "com/class_table.h"
 
 #include <windows.h>
@@ -20,7 +21,6 @@
 #include "raster/mIntelJPEGLibrary.h"
 
 namespace vrx {
-
 namespace {
 
 /// The manifest for registration-free use takes the OLEMISC names from here.
@@ -39,36 +39,33 @@ HRESULT createPattern(REFIID iid, void** object) {
     return createObject<CVrxPattern>(iid, object, modalPatternDialog());
 }
 
-}  // namespace
+const ClassRow kClasses[] = {
+    {CLSID_CVrxHDR, L"CVrxHDR", L"VrxCommon high-dynamic-range picture", createHdr},
+    {CLSID_CVrxImage, L"CVrxImage", L"VrxCommon raster image", createImage},
+    {CLSID_ImageFX, L"ImageFX", L"VrxCommon image effects", createObject<ImageFX>},
+    {CLSID_CVrxPattern, L"CVrxPattern", L"VrxCommon colour pattern", createPattern},
+    {CLSID_CVrxFun, L"CVrxFun", L"VrxCommon general functions", createObject<CVrxFun>},
+    {CLSID_VrxPreviewImg, L"VrxPreviewImg", L"VrxCommon preview", createObject<VrxPreviewImg>,
+     &kVrxPreviewImg},
+};
 
-std::span<const ClassRow> classTable() {
-    static const ClassRow rows[] = {
-        {CLSID_CVrxHDR, L"CVrxHDR", L"VrxCommon high-dynamic-range picture", createHdr},
-        {CLSID_CVrxImage, L"CVrxImage", L"VrxCommon raster image", createImage},
-        {CLSID_ImageFX, L"ImageFX", L"VrxCommon image effects", createObject<ImageFX>},
-        {CLSID_CVrxPattern, L"CVrxPattern", L"VrxCommon colour pattern", createPattern},
-        {CLSID_CVrxFun, L"CVrxFun", L"VrxCommon general functions", createObject<CVrxFun>},
-        {CLSID_VrxPreviewImg, L"VrxPreviewImg", L"VrxCommon preview", createObject<VrxPreviewImg>,
-         &kVrxPreviewImg},
-    };
-    return rows;
-}
-
-const wchar_t* libraryName() { return L"VrxCommon"; }
-
-const wchar_t* helpFileName() { return L"VrxCommon.chm"; }
-
-const RecordRow* recordRow() {
-    static constexpr GUID id = {0x7008D90C, 0x4753, 0x463B, {0x83, 0xDA, 0x3D, 0x8B, 0x32, 0xD9, 0x26, 0x9E}};
-    static constexpr RecordRow row{id, 2, sizeof(BmpInfo)};
-    return &row;
-}
-
-int typeLibraryCount() { return 2; }
+constexpr GUID kBmpInfoId = {0x7008D90C, 0x4753, 0x463B, {0x83, 0xDA, 0x3D, 0x8B, 0x32, 0xD9, 0x26, 0x9E}};
+constexpr RecordRow kBmpInfo{kBmpInfoId, 2, sizeof(BmpInfo)};
 
 void releaseHeldObjects() noexcept {
     releaseSettingsComponent();
     releaseCodec();
 }
+
+}  // namespace
+
+const Publication kPublication = {
+    .classes = kClasses,
+    .libraryName = L"VrxCommon",
+    .helpFileName = L"VrxCommon.chm",
+    .typeLibraryCount = 2,
+    .record = &kBmpInfo,
+    .releaseHeldObjects = releaseHeldObjects,
+};
 
 }  // namespace vrx

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "com/class_table.h"
+#include "com/class_factory.h"
 #include "com/enumerator.h"
 #include "com/task_text.h"
 #include "dialogs/control/property_pages.h"
@@ -149,7 +149,7 @@ STDMETHODIMP OleObjectPart::GetUserType(DWORD form, LPOLESTR* type) {
     const ClassRow* row = findClassRow(classId_);
     if (!row) return OLE_E_CLASSDIFF;
     return run([&] {
-        *type = taskText(form == USERCLASSTYPE_APPNAME ? libraryName() : row->description);
+        *type = taskText(form == USERCLASSTYPE_APPNAME ? kPublication.libraryName : row->description);
         return S_OK;
     });
 }
