@@ -19,9 +19,8 @@ BITMAPINFOHEADER header24(std::int32_t width, std::int32_t height) {
 }
 
 BitmapSection makeSection(std::int32_t width, std::int32_t height) {
-    if (strideOf(static_cast<std::uint32_t>(width)) > kMaxByteCount / static_cast<std::uint32_t>(height)) {
-        throw platformError(Platform::OutOfMemory);
-    }
+    // Throws for sizes that no process holds, before the system computes with them.
+    static_cast<void>(bitmapSize(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height)));
     BITMAPINFO info{};
     info.bmiHeader = header24(width, height);
     void* bits = nullptr;

@@ -62,12 +62,12 @@ class CodecLibrary {
 
   private:
     template <class Function>
-    void find(Function& function, std::string_view name) {
-        function =
-            reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library_.get(), name.data())));
+    void find(Function& function, const char* name) {
+        function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library_.get(), name)));
         if (function) return;
+        const std::string_view text = name;
         Error missing = platformError(Platform::NoEntryPoint);
-        missing.description += u' ' + std::u16string(name.begin(), name.end()) + u" in ijl10.dll";
+        missing.description += u' ' + std::u16string(text.begin(), text.end()) + u" in ijl10.dll";
         throw missing;
     }
 

@@ -25,34 +25,37 @@ constexpr std::uint32_t kPaletteSize = 256;
 static_assert(sizeof(BmpInfo) == 1064);
 static_assert(sizeof(BmpInfo) == sizeof(BITMAPINFOHEADER) + kPaletteSize * sizeof(RGBQUAD));
 
-/// A record that the drawing call can trust: no field can lead it past the record or the bits.
-/// Error 481 for anything but uncompressed rows that the bits hold whole.
-struct DrawableInfo {
-    BmpInfo record;
+bool hasPalette(const BmpInfo& info) {
+    return info.biBitCount == 1 || info.biBitCount == 4 || info.biBitCount == 8;
+}
 
-    DrawableInfo(const BmpInfo& source, std::size_t bitsSize) : record(source) {
-        const auto bitCount = static_cast<std::uint32_t>(record.biBitCount);
-        const bool palette = bitCount == 1 || bitCount == 4 || bitCount == 8;
-        const bool masks = record.biCompression == BI_BITFIELDS && (bitCount == 16 || bitCount == 32);
-        const bool plain =
-            record.biCompression == BI_RGB && (palette || bitCount == 16 || bitCount == 24 || bitCount == 32);
-        if ((!plain && !masks) || record.biWidth <= 0 || record.biHeight == 0)
-            throw platformError(Platform::InvalidPicture);
+/// Whether the record describes uncompressed rows that bits of this size hold whole.
+bool describesRows(const BmpInfo& info, std::size_t bitsSize) {
+    const bool words = info.biBitCount == 16 || info.biBitCount == 32;
+    const bool masks = info.biCompression == BI_BITFIELDS && words;
+    const bool plain = info.biCompression == BI_RGB && (hasPalette(info) || words || info.biBitCount == 24);
+    if ((!plain && !masks) || info.biWidth <= 0 || info.biHeight == 0) return false;
 
-        const std::uint64_t stride = (static_cast<std::uint64_t>(record.biWidth) * bitCount + 31) / 32 * 4;
-        const auto rows = static_cast<std::uint64_t>(std::llabs(record.biHeight));
-        if (stride > bitsSize || rows > bitsSize / stride) throw platformError(Platform::InvalidPicture);
+    const std::uint64_t rowBits =
+        static_cast<std::uint64_t>(info.biWidth) * static_cast<std::uint64_t>(info.biBitCount);
+    const std::uint64_t stride = (rowBits + 31) / 32 * 4;
+    const auto rows = static_cast<std::uint64_t>(std::llabs(info.biHeight));
+    return stride <= bitsSize && rows <= bitsSize / stride;
+}
 
-        record.biSize = sizeof(BITMAPINFOHEADER);
-        record.biPlanes = 1;
-        record.biSizeImage = 0;
-        const auto used = static_cast<std::uint32_t>(record.biClrUsed);
-        record.biClrUsed = palette && used <= (1U << bitCount) ? record.biClrUsed : 0;
-        record.biClrImportant = 0;
-    }
-
-    [[nodiscard]] const BITMAPINFO& get() const { return *reinterpret_cast<const BITMAPINFO*>(&record); }
-};
+/// The record as the drawing call can trust it: no field can lead it past the record or the bits. Error 481
+/// for anything but uncompressed rows that the bits hold whole.
+BmpInfo drawableInfo(BmpInfo info, std::size_t bitsSize) {
+    if (!describesRows(info, bitsSize)) throw platformError(Platform::InvalidPicture);
+    info.biSize = sizeof(BITMAPINFOHEADER);
+    info.biPlanes = 1;
+    info.biSizeImage = 0;
+    const bool usesSome =
+        hasPalette(info) && static_cast<std::uint32_t>(info.biClrUsed) <= (1U << info.biBitCount);
+    if (!usesSome) info.biClrUsed = 0;
+    info.biClrImportant = 0;
+    return info;
+}
 
 /// What pixels without sizes are drawn as.
 BitmapRows blackPixel() {
@@ -74,7 +77,7 @@ void replaceFile(const std::u16string& path, const Encoder& encode) {
     file.commit();
 }
 
-/// Where a file of this name is written; an old one of no name of its own goes first.
+/// The file to write; where none is asked for, the temporary one, of which an old one goes first.
 std::u16string targetOf(const std::u16string& path) {
     if (!path.empty()) return path;
     const std::u16string own = fromWide(folderOf(modulePath()));
@@ -117,10 +120,10 @@ void RasterImage::render() {
     if (width < 0 || rows == INT32_MIN) throw platformError(Platform::InvalidPicture);
     const std::int32_t height = std::abs(rows);
     if (width == 0 || height == 0) return surface_.resize(width, height);
-    const DrawableInfo info(info_, bits().size());
+    const BmpInfo info = drawableInfo(info_, bits().size());
     surface_.resize(width, height);
     const PixelRect whole{0, 0, width, height};
-    surface_.stretch(whole, whole, info.get(), bits_.data());
+    surface_.stretch(whole, whole, reinterpret_cast<const BITMAPINFO&>(info), bits_.data());
 }
 
 ComPtr<IPictureDisp> RasterImage::picture(const std::optional<PictureRectangles>& part) {

@@ -6,12 +6,19 @@
 #include <cstdint>
 
 #include "ground/bytes.h"
+#include "ground/error.h"
 
 namespace vrx {
 
 /// Bytes from one row to the next for a width in pixels.
 [[nodiscard]] constexpr std::uint64_t strideOf(std::uint32_t width) {
     return (std::uint64_t{width} * 3 + 3) & ~std::uint64_t{3};
+}
+
+/// Bytes of all rows; error 7 for more than a process can hold.
+[[nodiscard]] inline std::uint64_t bitmapSize(std::uint32_t width, std::uint32_t height) {
+    if (height != 0 && strideOf(width) > kMaxByteCount / height) throw platformError(Platform::OutOfMemory);
+    return strideOf(width) * height;
 }
 
 /// How far a bitmap is painted: the rows from the top that are there, black below them. Rows of one painting
@@ -31,7 +38,7 @@ class Bitmap24 {
     void reset(std::uint32_t width, std::uint32_t height) {
         width_ = 0;
         height_ = 0;
-        pixels_.reset(checkedSize(width, height));
+        pixels_.reset(bitmapSize(width, height));
         width_ = width;
         height_ = height;
     }
@@ -53,12 +60,6 @@ class Bitmap24 {
     }
 
   private:
-    static std::uint64_t checkedSize(std::uint32_t width, std::uint32_t height) {
-        if (height != 0 && strideOf(width) > kMaxByteCount / height)
-            throw platformError(Platform::OutOfMemory);
-        return strideOf(width) * height;
-    }
-
     std::uint32_t width_ = 0;
     std::uint32_t height_ = 0;
     ZeroedBytes pixels_;

@@ -5,13 +5,12 @@
 
 #include "ground/error.h"
 #include "raster/engine/bitmap24.h"
+#include "raster/engine/bmp_fields.h"
 
 namespace vrx {
 namespace {
 
-constexpr std::uint32_t kFileHeaderSize = 14;
-constexpr std::uint32_t kInfoHeaderSize = 40;
-constexpr std::uint32_t kPixelOffset = kFileHeaderSize + kInfoHeaderSize;
+constexpr std::uint32_t kPixelOffset = bmp::kFileHeaderSize + bmp::kInfoHeaderSize;
 // Bytes of the rows that are painted before they are written.
 constexpr std::size_t kBlockSize = 1U << 18;
 
@@ -37,7 +36,7 @@ void writeHeaders(std::uint32_t width, std::uint32_t height, std::uint32_t image
     header.dword(0);
     header.dword(kPixelOffset);
 
-    header.dword(kInfoHeaderSize);
+    header.dword(bmp::kInfoHeaderSize);
     header.dword(width);
     header.dword(height);
     header.word(1);   // planes
@@ -50,8 +49,7 @@ void writeHeaders(std::uint32_t width, std::uint32_t height, std::uint32_t image
 /// The size of the pixels.
 std::uint32_t encodeHeaders(std::uint32_t width, std::uint32_t height, ByteSink& sink) {
     if (width == 0 || height == 0) throw platformError(Platform::InvalidPicture);
-    if (strideOf(width) > kMaxByteCount / height) throw platformError(Platform::OutOfMemory);
-    const auto imageSize = static_cast<std::uint32_t>(strideOf(width) * height);
+    const auto imageSize = static_cast<std::uint32_t>(bitmapSize(width, height));
     std::array<std::uint8_t, kPixelOffset> headers;
     writeHeaders(width, height, imageSize, headers.data());
     sink.write(headers);

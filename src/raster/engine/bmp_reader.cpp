@@ -4,16 +4,20 @@
 #include <bit>
 
 #include "ground/error.h"
+#include "raster/engine/bmp_fields.h"
 
 namespace vrx {
 namespace {
 
-constexpr std::uint64_t kFileHeaderSize = 14;
-constexpr std::uint64_t kCoreHeaderSize = 12;
-constexpr std::uint64_t kInfoHeaderSize = 40;
-constexpr std::uint64_t kMaxHeaderSize = 124;
-constexpr std::size_t kMasksOffset = kFileHeaderSize + kInfoHeaderSize;
-constexpr std::uint64_t kMasksSize = 12;
+// The shorter header of the oldest files, and where its fields are.
+constexpr std::uint32_t kCoreHeaderSize = 12;
+constexpr std::uint32_t kCoreWidth = 18;
+constexpr std::uint32_t kCoreHeight = 20;
+constexpr std::uint32_t kCoreBitCount = 24;
+
+constexpr std::uint32_t kMaxHeaderSize = 124;
+constexpr std::uint32_t kMasksOffset = bmp::kFileHeaderSize + bmp::kInfoHeaderSize;
+constexpr std::uint32_t kMasksSize = 12;
 
 constexpr std::uint32_t kRgb = 0;
 constexpr std::uint32_t kBitFields = 3;
@@ -43,6 +47,18 @@ bool isPlain(std::uint32_t bitCount, std::uint32_t compression) {
     }
 }
 
+/// The bits of a pixel; of several in one byte, the first one's are the highest.
+std::uint32_t pixelAt(std::span<const std::uint8_t> row, std::size_t x, std::uint32_t bitCount) {
+    if (bitCount < 8) {
+        const std::size_t bit = x * bitCount;
+        return std::uint32_t{row[bit / 8]} >> (8 - bitCount - bit % 8) & ((1U << bitCount) - 1);
+    }
+    const std::size_t bytes = bitCount / 8;
+    std::uint32_t pixel = 0;
+    for (std::size_t i = bytes; i > 0; --i) pixel = pixel << 8 | row[x * bytes + i - 1];
+    return pixel;
+}
+
 /// The bits of a mask as 0 to 255; fewer than 8 bits are repeated.
 std::uint8_t component(std::uint32_t pixel, std::uint32_t mask) {
     if (mask == 0) return 0;
@@ -54,44 +70,22 @@ std::uint8_t component(std::uint32_t pixel, std::uint32_t mask) {
 
 }  // namespace
 
-class BmpReader::Fields {
-  public:
-    explicit Fields(std::span<const std::uint8_t> head) : head_(head) {}
-
-    [[nodiscard]] bool holds(std::uint64_t size) const { return size <= head_.size(); }
-    [[nodiscard]] std::uint8_t byte(std::uint64_t offset) const {
-        return head_[static_cast<std::size_t>(offset)];
-    }
-    [[nodiscard]] std::uint32_t word(std::uint64_t offset) const {
-        return byte(offset) | std::uint32_t{byte(offset + 1)} << 8;
-    }
-    [[nodiscard]] std::uint32_t dword(std::uint64_t offset) const {
-        return word(offset) | word(offset + 2) << 16;
-    }
-    [[nodiscard]] std::int64_t signedDword(std::uint64_t offset) const {
-        return static_cast<std::int32_t>(dword(offset));
-    }
-
-  private:
-    std::span<const std::uint8_t> head_;
-};
-
 std::optional<BmpReader> BmpReader::read(std::span<const std::uint8_t> head, std::uint64_t fileSize) {
-    if (head.size() < 2 || head[0] != 'B' || head[1] != 'M') return {};
-    const Fields fields(head);
-    require(fields.holds(kFileHeaderSize + kCoreHeaderSize));
+    const BmpFields fields(head);
+    if (!fields.beginAsBitmap()) return {};
+    require(fields.holds(bmp::kFileHeaderSize + kCoreHeaderSize));
     BmpReader reader;
-    reader.rowsOffset_ = fields.dword(10);
-    const std::uint32_t headerSize = fields.dword(14);
+    reader.rowsOffset_ = fields.dword(bmp::kRowsOffset);
+    const std::uint32_t headerSize = fields.dword(bmp::kHeaderSize);
     if (headerSize == kCoreHeaderSize) {
-        reader.bitCount_ = fields.word(24);
+        reader.bitCount_ = fields.word(kCoreBitCount);
         if (!isPlain(reader.bitCount_, kRgb)) return {};
         reader.readCore(fields);
     } else {
-        require(fields.holds(kFileHeaderSize + kInfoHeaderSize));
-        reader.bitCount_ = fields.word(28);
-        if (headerSize < kInfoHeaderSize || headerSize > kMaxHeaderSize ||
-            !isPlain(reader.bitCount_, fields.dword(30))) {
+        require(fields.holds(bmp::kFileHeaderSize + bmp::kInfoHeaderSize));
+        reader.bitCount_ = fields.word(bmp::kBitCount);
+        if (headerSize < bmp::kInfoHeaderSize || headerSize > kMaxHeaderSize ||
+            !isPlain(reader.bitCount_, fields.dword(bmp::kCompression))) {
             return {};
         }
         reader.readInfo(fields);
@@ -100,22 +94,22 @@ std::optional<BmpReader> BmpReader::read(std::span<const std::uint8_t> head, std
     return reader;
 }
 
-void BmpReader::readCore(const Fields& fields) {
-    setRows(fields.word(18), fields.word(20));
-    if (bitCount_ <= 8) readPalette(fields, kFileHeaderSize + kCoreHeaderSize, 3, 0);
+void BmpReader::readCore(const BmpFields& fields) {
+    setRows(fields.word(kCoreWidth), fields.word(kCoreHeight));
+    if (bitCount_ <= 8) readPalette(fields, bmp::kFileHeaderSize + kCoreHeaderSize, 3, 0);
     readMasks(fields);
 }
 
-void BmpReader::readInfo(const Fields& fields) {
-    const std::uint64_t headerSize = fields.dword(14);
-    require(fields.holds(kFileHeaderSize + headerSize));
-    setRows(fields.signedDword(18), fields.signedDword(22));
-    if (bitCount_ <= 8) readPalette(fields, kFileHeaderSize + headerSize, 4, fields.dword(46));
+void BmpReader::readInfo(const BmpFields& fields) {
+    const std::uint64_t headersEnd = bmp::kFileHeaderSize + std::uint64_t{fields.dword(bmp::kHeaderSize)};
+    require(fields.holds(headersEnd));
+    setRows(fields.signedDword(bmp::kWidth), fields.signedDword(bmp::kHeight));
+    if (bitCount_ <= 8) readPalette(fields, headersEnd, 4, fields.dword(bmp::kColoursUsed));
     readMasks(fields);
 }
 
 /// What the palette lacks is black. Behind pixels of more bits it is a hint for screens of few colours.
-void BmpReader::readPalette(const Fields& fields, std::uint64_t offset, std::uint64_t entrySize,
+void BmpReader::readPalette(const BmpFields& fields, std::uint64_t offset, std::uint64_t entrySize,
                             std::uint64_t used) {
     const std::uint64_t most = std::uint64_t{1} << bitCount_;
     const std::uint64_t count = used == 0 ? most : std::min(used, most);
@@ -127,10 +121,11 @@ void BmpReader::readPalette(const Fields& fields, std::uint64_t offset, std::uin
     }
 }
 
-void BmpReader::readMasks(const Fields& fields) {
+void BmpReader::readMasks(const BmpFields& fields) {
     masks_ = kUsualMasks;
     if (bitCount_ == 16) masks_ = {0x001F, 0x03E0, 0x7C00};
-    const bool own = fields.dword(14) >= kInfoHeaderSize && fields.dword(30) == kBitFields;
+    const bool own = fields.dword(bmp::kHeaderSize) >= bmp::kInfoHeaderSize &&
+                     fields.dword(bmp::kCompression) == kBitFields;
     if (!own) return;
     require(fields.holds(kMasksOffset + kMasksSize));
     for (std::size_t i = 0; i < masks_.size(); ++i) masks_[2 - i] = fields.dword(kMasksOffset + i * 4);
@@ -168,16 +163,8 @@ void BmpReader::convertRow(std::span<const std::uint8_t> row, std::uint8_t* pixe
         for (std::size_t x = 0; x < count; ++x) std::copy_n(row.begin() + x * 4, 3, pixels + x * 3);
         return;
     }
-    const std::size_t bytes = bitCount_ / 8;
     for (std::size_t x = 0; x < count; ++x) {
-        std::uint32_t pixel = 0;
-        if (bytes == 0) {
-            const std::size_t bit = x * bitCount_;
-            pixel = static_cast<std::uint32_t>(row[bit / 8]) >> (8 - bitCount_ - bit % 8) &
-                    ((1U << bitCount_) - 1);
-        }
-        for (std::size_t i = bytes; i > 0; --i) pixel = pixel << 8 | row[x * bytes + i - 1];
-        const Colour colour = colourOf(pixel);
+        const Colour colour = colourOf(pixelAt(row, x, bitCount_));
         std::copy(colour.begin(), colour.end(), pixels + x * 3);
     }
 }

@@ -9,6 +9,8 @@
 
 namespace vrx {
 
+class BmpFields;
+
 class BmpReader {
   public:
     /// The longest headers with masks and palette; the reader needs no more of a file than this at first.
@@ -33,14 +35,14 @@ class BmpReader {
     void convertRow(std::span<const std::uint8_t> row, std::uint8_t* pixels) const;
 
   private:
-    class Fields;
     using Colour = std::array<std::uint8_t, 3>;
 
     BmpReader() = default;
-    void readCore(const Fields& fields);
-    void readInfo(const Fields& fields);
-    void readPalette(const Fields& fields, std::uint64_t offset, std::uint64_t entrySize, std::uint64_t used);
-    void readMasks(const Fields& fields);
+    void readCore(const BmpFields& fields);
+    void readInfo(const BmpFields& fields);
+    void readPalette(const BmpFields& fields, std::uint64_t offset, std::uint64_t entrySize,
+                     std::uint64_t used);
+    void readMasks(const BmpFields& fields);
     void setRows(std::int64_t width, std::int64_t height);
     [[nodiscard]] bool holdsRows(std::uint64_t fileSize) const;
     [[nodiscard]] Colour colourOf(std::uint32_t pixel) const;
