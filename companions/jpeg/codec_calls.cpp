@@ -12,11 +12,13 @@
 namespace vrx::jpeg {
 namespace {
 
+enum class Source { File, Memory };
+
 /// The JPEG data that a record points to: a file's content, or the host's own memory.
 class InputBytes {
   public:
-    InputBytes(const JpegCoreProperties& record, bool fromFile) {
-        if (fromFile) {
+    InputBytes(const JpegCoreProperties& record, Source source) {
+        if (source == Source::File) {
             file_ = readFileAndZero(fileNameAt(record.JPGFile));
             bytes_ = file_.span().first(file_.size() - 1);
         } else {
@@ -32,10 +34,10 @@ class InputBytes {
     std::span<const std::uint8_t> bytes_;
 };
 
-JpegHeader readWholeImage(const JpegCoreProperties& record, bool fromFile) {
+JpegHeader readWholeImage(const JpegCoreProperties& record, Source source) {
     const PixelLayout layout = pixelLayoutOf(record);
     const std::span<std::uint8_t> pixels = writableBytes(record.DIBBytes, layout.size());
-    const InputBytes input(record, fromFile);
+    const InputBytes input(record, source);
     return decode(input.span(), layout, pixels);
 }
 
@@ -70,13 +72,13 @@ void writeToMemory(JpegCoreProperties& record) {
 void read(JpegCoreProperties& record, JpegRequest request) {
     switch (request) {
         case JpegRequest::ReadParametersFromFile:
-            return store(readHeader(InputBytes(record, true).span()), record);
+            return store(readHeader(InputBytes(record, Source::File).span()), record);
         case JpegRequest::ReadParametersFromMemory:
-            return store(readHeader(InputBytes(record, false).span()), record);
+            return store(readHeader(InputBytes(record, Source::Memory).span()), record);
         case JpegRequest::ReadWholeImageFromFile:
-            return store(readWholeImage(record, true), record);
+            return store(readWholeImage(record, Source::File), record);
         case JpegRequest::ReadWholeImageFromMemory:
-            return store(readWholeImage(record, false), record);
+            return store(readWholeImage(record, Source::Memory), record);
         default:
             throw Failure{Status::BadRequest};
     }

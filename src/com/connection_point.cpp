@@ -3,6 +3,7 @@
 #include <olectl.h>
 
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "com/entry.h"
@@ -34,14 +35,18 @@ struct Point {
     }
 };
 
-using Sinks = std::map<DWORD, ComPtr<IUnknown>>;
+std::vector<Connection> connectionsTo(const std::map<DWORD, ComPtr<IUnknown>>& sinks) {
+    std::vector<Connection> connections;
+    for (const auto& [cookie, sink] : sinks) connections.push_back({cookie, sink});
+    return connections;
+}
 
 /// An event on its way to the sinks of that moment.
 class Firing {
   public:
-    Firing(unsigned& depth, const Sinks& sinks, std::span<const VARIANT> arguments) : depth_(depth) {
+    Firing(unsigned& depth, std::vector<Connection> sinks, std::span<const VARIANT> arguments)
+        : depth_(depth), sinks_(std::move(sinks)) {
         if (depth_ == kDeepestNesting) throw platformError(Platform::OutOfStackSpace);
-        for (const auto& [cookie, sink] : sinks) sinks_.push_back({cookie, sink});
         for (const VARIANT& argument : arguments) arguments_.emplace_back(argument);
         ++depth_;
     }
@@ -79,7 +84,7 @@ void callSink(IDispatch& sink, DISPID event, DISPPARAMS arguments) {
 }  // namespace
 
 void ConnectionPoint::fire(DISPID event, std::span<const VARIANT> arguments) {
-    const Held<Firing> firing(depth_, sinks_, arguments);
+    const Held<Firing> firing(depth_, connectionsTo(sinks_), arguments);
     for (const Connection& connection : firing->sinks()) {
         if (!sinks_.contains(connection.cookie)) continue;
         callSink(static_cast<IDispatch&>(*connection.sink.get()), event, firing->makeArguments());
@@ -136,9 +141,8 @@ STDMETHODIMP ConnectionPoint::EnumConnections(IEnumConnections** connections) {
     if (!connections) return E_POINTER;
     *connections = nullptr;
     try {
-        std::vector<Connection> list;
-        for (const auto& [cookie, sink] : sinks_) list.push_back({cookie, sink});
-        return Enumerator<IEnumConnections, CONNECTDATA, Connection>::create(std::move(list), 0, connections);
+        return Enumerator<IEnumConnections, CONNECTDATA, Connection>::create(connectionsTo(sinks_), 0,
+                                                                             connections);
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
     }

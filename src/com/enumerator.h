@@ -18,7 +18,7 @@ namespace vrx {
 template <class Interface, class Item, class Element>
 class Enumerator final : public Counted<Interface> {
   public:
-    explicit Enumerator(std::vector<Element> elements, std::size_t position = 0)
+    Enumerator(std::vector<Element> elements, std::size_t position)
         : elements_(std::move(elements)), position_(position) {}
 
     /// Creates one and hands it out.

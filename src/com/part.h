@@ -1,5 +1,5 @@
-// One interface of an object as a piece of its own: each of many interfaces stands in a small class, and who
-// asks one of them for another one asks the object.
+// One interface of an object as a small class of its own, for objects with many. Who asks it for another
+// interface asks the object.
 #pragma once
 
 #include <windows.h>

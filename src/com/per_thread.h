@@ -73,7 +73,10 @@ class PerThread final : private ThreadItems {
     [[nodiscard]] Item* make() noexcept {
         Node* made = new (std::nothrow) Node;
         if (!made) return nullptr;
-        if (!TlsSetValue(slot_, made)) return delete made, nullptr;
+        if (!TlsSetValue(slot_, made)) {
+            delete made;
+            return nullptr;
+        }
         EnterCriticalSection(&guard_);
         made->next = first_;
         if (first_) first_->previous = made;

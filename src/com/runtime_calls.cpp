@@ -42,7 +42,7 @@ HMODULE WINAPI findNoUnwinder(const char* name) {
 #endif
 
 /// The slots of the module's threads: the library's of threads, the exceptions', the calls' and the error
-/// record's.
+/// record's. One more PerThread takes one more here.
 DWORD slots[4];
 LONG slotCount = 0;
 

@@ -75,7 +75,6 @@ void storeBits(void* place, const VARIANT& source) {
 /// Moves the content of `value`, which has the type of the reference, to where the reference points.
 void storeThrough(const VARIANT& reference, Variant& value) {
     VARIANT& source = value.get();
-    void* place = V_BYREF(&reference);
     if (V_ISARRAY(&source)) {
         replaceArray(V_ARRAYREF(&reference), SafeArray(value.release().parray));
         return;
@@ -95,7 +94,7 @@ void storeThrough(const VARIANT& reference, Variant& value) {
             (void)value.release();
             break;
         default:
-            storeBits(place, source);
+            storeBits(V_BYREF(&reference), source);
     }
 }
 

@@ -2,16 +2,17 @@
 
 #include <windows.h>
 
-#include <array>
+#include <string>
 
 #include "com/variant_convert.h"
 
 namespace vrx {
 
 std::u16string hostPath() {
-    std::array<wchar_t, 32768> path{};
-    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    return fromWide({path.data(), length});
+    // As long as a path can be; too much for the stack of a small thread.
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return fromWide(path);
 }
 
 std::u16string hostFolder() {

@@ -247,12 +247,12 @@ void CVrxHDR::setExposure(float exposure) {
 }
 
 std::u16string CVrxHDR::chooseFile(BSTR suggestion) {
-    const Held<ReentryGuard> open(loadDialogOpen_);
+    const ReentryGuard open(loadDialogOpen_);
     return dialogs_.load(*this, regKey_, suggestion);
 }
 
 void CVrxHDR::save() {
-    const Held<ReentryGuard> open(saveDialogOpen_);
+    const ReentryGuard open(saveDialogOpen_);
     clearClipboard();
     dialogs_.save(*this, regKey_);
 }

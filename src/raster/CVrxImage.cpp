@@ -95,13 +95,13 @@ STDMETHODIMP CVrxImage::Load_BMP(BSTR strFileName) {
 }
 
 std::u16string CVrxImage::chooseFile(BSTR suggestion) {
-    const Held<ReentryGuard> open(loadDialogOpen_);
+    const ReentryGuard open(loadDialogOpen_);
     return dialogs_.load(regKey_, suggestion);
 }
 
 /// Without a file the image itself, by way of its temporary one.
 void CVrxImage::save(BSTR inputFile) {
-    const Held<ReentryGuard> open(saveDialogOpen_);
+    const ReentryGuard open(saveDialogOpen_);
     clearClipboard();
     dialogs_.save(regKey_, SysStringLen(inputFile) == 0 ? image_.saveBmp({}) : toText(inputFile));
 }
