@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <functional>
 #include <string>
 
 #include "control_fixture.h"
@@ -63,5 +64,145 @@ TEST_P(LeftControl, CanBeActivatedAgainAndHoldsNoMoreReferences) {
 
 INSTANTIATE_TEST_SUITE_P(In, LeftControl, testing::ValuesIn(kLeavings),
                          [](const auto& tested) { return tested.param.call; });
+
+/// Leaves with every byte that is asked of it or given to it. On the stack of the test.
+class LeavingStream final : public IStream {
+  public:
+    [[nodiscard]] ULONG references() const { return references_; }
+
+    STDMETHODIMP QueryInterface(REFIID, void** object) override {
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+    STDMETHODIMP_(ULONG) Release() override { return --references_; }
+    STDMETHODIMP Read(void*, ULONG, ULONG*) override { host::leaveByJump(); }
+    STDMETHODIMP Write(const void*, ULONG, ULONG*) override { host::leaveByJump(); }
+    STDMETHODIMP Seek(LARGE_INTEGER, DWORD, ULARGE_INTEGER*) override { return E_NOTIMPL; }
+    STDMETHODIMP SetSize(ULARGE_INTEGER) override { return E_NOTIMPL; }
+    STDMETHODIMP CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*, ULARGE_INTEGER*) override {
+        return E_NOTIMPL;
+    }
+    STDMETHODIMP Commit(DWORD) override { return E_NOTIMPL; }
+    STDMETHODIMP Revert() override { return E_NOTIMPL; }
+    STDMETHODIMP LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_NOTIMPL; }
+    STDMETHODIMP UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_NOTIMPL; }
+    STDMETHODIMP Stat(STATSTG*, DWORD) override { return E_NOTIMPL; }
+    STDMETHODIMP Clone(IStream**) override { return E_NOTIMPL; }
+
+  private:
+    ULONG references_ = 0;
+};
+
+/// Has this stream under every name.
+class StorageOf final : public IStorage {
+  public:
+    explicit StorageOf(IStream& stream) : stream_(stream) {}
+
+    STDMETHODIMP QueryInterface(REFIID, void** object) override {
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+    STDMETHODIMP CreateStream(LPCOLESTR, DWORD, DWORD, DWORD, IStream** stream) override {
+        return give(stream);
+    }
+    STDMETHODIMP OpenStream(LPCOLESTR, void*, DWORD, DWORD, IStream** stream) override {
+        return give(stream);
+    }
+    STDMETHODIMP CreateStorage(LPCOLESTR, DWORD, DWORD, DWORD, IStorage**) override { return E_NOTIMPL; }
+    STDMETHODIMP OpenStorage(LPCOLESTR, IStorage*, DWORD, SNB, DWORD, IStorage**) override {
+        return E_NOTIMPL;
+    }
+    STDMETHODIMP CopyTo(DWORD, const IID*, SNB, IStorage*) override { return E_NOTIMPL; }
+    STDMETHODIMP MoveElementTo(LPCOLESTR, IStorage*, LPCOLESTR, DWORD) override { return E_NOTIMPL; }
+    STDMETHODIMP Commit(DWORD) override { return E_NOTIMPL; }
+    STDMETHODIMP Revert() override { return E_NOTIMPL; }
+    STDMETHODIMP EnumElements(DWORD, void*, DWORD, IEnumSTATSTG**) override { return E_NOTIMPL; }
+    STDMETHODIMP DestroyElement(LPCOLESTR) override { return E_NOTIMPL; }
+    STDMETHODIMP RenameElement(LPCOLESTR, LPCOLESTR) override { return E_NOTIMPL; }
+    STDMETHODIMP SetElementTimes(LPCOLESTR, const FILETIME*, const FILETIME*, const FILETIME*) override {
+        return E_NOTIMPL;
+    }
+    STDMETHODIMP SetClass(REFCLSID) override { return E_NOTIMPL; }
+    STDMETHODIMP SetStateBits(DWORD, DWORD) override { return E_NOTIMPL; }
+    STDMETHODIMP Stat(STATSTG*, DWORD) override { return E_NOTIMPL; }
+
+  private:
+    HRESULT give(IStream** stream) {
+        stream_.AddRef();
+        *stream = &stream_;
+        return S_OK;
+    }
+
+    IStream& stream_;
+};
+
+/// Leaves with every property that it is to keep.
+class LeavingBag final : public IPropertyBag {
+  public:
+    STDMETHODIMP QueryInterface(REFIID, void** object) override {
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+    STDMETHODIMP Read(LPCOLESTR, VARIANT*, IErrorLog*) override { return E_NOTIMPL; }
+    STDMETHODIMP Write(LPCOLESTR, VARIANT* value) override {
+        if (V_VT(value) == VT_DISPATCH) host::leaveByJump();
+        return S_OK;
+    }
+};
+
+class LeftKeeping : public host::ControlTest {
+  protected:
+    /// Deeper in the stack than the next call, which makes good what was left.
+    [[nodiscard, gnu::noinline]] static bool endsByLeaving(const std::function<void()>& action) {
+        return host::endsByJump(action);
+    }
+    void callAgain() const { EXPECT_EQ(control_->put_MousePointer(2), S_OK); }
+};
+
+TEST_F(LeftKeeping, GivesBackTheReceiverOfViewChanges) {
+    const auto view = as<IViewObject>();
+    ASSERT_EQ(view->SetAdvise(DVASPECT_CONTENT, 0, &container_), S_OK);
+    const ULONG references = container_.references();
+    container_.onCall = [](const char*) -> HRESULT { host::leaveByJump(); };
+    EXPECT_TRUE(endsByLeaving([&] { control_->put_Picture(nullptr); }));
+    container_.onCall = {};
+    callAgain();
+    EXPECT_EQ(container_.references(), references);
+    EXPECT_EQ(view->SetAdvise(DVASPECT_CONTENT, 0, nullptr), S_OK);
+}
+
+TEST_F(LeftKeeping, GivesBackTheStreamOfAStorage) {
+    const auto kept = as<IPersistStorage>();
+    LeavingStream stream;
+    StorageOf storage(stream);
+    EXPECT_TRUE(endsByLeaving([&] { kept->Load(&storage); }));
+    callAgain();
+    EXPECT_EQ(stream.references(), 0u);
+    EXPECT_TRUE(endsByLeaving([&] { kept->Save(&storage, TRUE); }));
+    callAgain();
+    EXPECT_EQ(stream.references(), 0u);
+}
+
+TEST_F(LeftKeeping, GivesBackThePictureThatAPropertyBagIsGiven) {
+    setFile(picture());
+    vrx::ComPtr<IPictureDisp> icon;
+    ASSERT_EQ(control_->get_Picture(icon.put()), S_OK);
+    ASSERT_EQ(control_->putref_MouseIcon(icon.get()), S_OK);
+    const auto references = [&] {
+        icon->AddRef();
+        return icon->Release();
+    };
+    const ULONG before = references();
+    LeavingBag bag;
+    const auto kept = as<IPersistPropertyBag>();
+    EXPECT_TRUE(endsByLeaving([&] { kept->Save(&bag, FALSE, TRUE); }));
+    callAgain();
+    EXPECT_EQ(references(), before);
+}
 
 }  // namespace

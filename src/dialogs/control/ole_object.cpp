@@ -116,9 +116,9 @@ HRESULT OleObjectPart::showProperties(HWND parent) {
     if (container_.showPropertyFrame()) return S_OK;
     IUnknown* object = &object_;
     CLSID page = propertyPage();
-    const std::wstring caption = container_.ambient().displayName;
+    const Held<std::wstring> caption(container_.ambient().displayName);
     return callHost([&] {
-        return OleCreatePropertyFrame(parent, 0, 0, caption.c_str(), 1, &object, 1, &page,
+        return OleCreatePropertyFrame(parent, 0, 0, caption->c_str(), 1, &object, 1, &page,
                                       container_.ambient().locale, 0, nullptr);
     });
 }

@@ -92,8 +92,8 @@ STDMETHODIMP StoragePersistencePart::Load(IStorage* storage) {
     if (!storage) return E_POINTER;
     if (initialized_) return CO_E_ALREADYINITIALIZED;
     return run([&] {
-        const ComPtr<IStream> stream = openContents(*storage);
-        body_.setKeptProperties(readProperties(*stream));
+        const HeldReference stream(openContents(*storage));
+        body_.setKeptProperties(readProperties(*stream.get()));
         initialized_ = true;
         return S_OK;
     });
@@ -103,8 +103,8 @@ STDMETHODIMP StoragePersistencePart::Save(IStorage* storage, BOOL sameAsLoad) {
     if (!storage) return E_POINTER;
     if (handsOff_) return E_UNEXPECTED;
     return run([&] {
-        const ComPtr<IStream> stream = createContents(*storage);
-        writeProperties(*stream, body_.keptProperties());
+        const HeldReference stream(createContents(*storage));
+        writeProperties(*stream.get(), body_.keptProperties());
         pending_ = sameAsLoad ? Pending::Document : Pending::Copy;
         return S_OK;
     });

@@ -52,10 +52,10 @@ HRESULT writePointer(IPropertyBag& bag, MousePointer pointer) {
 }
 
 HRESULT writeIcon(IPropertyBag& bag, const ComPtr<IPicture>& icon) {
-    Variant value;
-    V_VT(&value.get()) = VT_DISPATCH;
-    V_DISPATCH(&value.get()) = icon ? icon.as<IPictureDisp>().detach() : nullptr;
-    return callHost([&] { return bag.Write(kMouseIconName, &value.get()); });
+    const Held<Variant> value;
+    V_VT(&value->get()) = VT_DISPATCH;
+    V_DISPATCH(&value->get()) = icon ? icon.as<IPictureDisp>().detach() : nullptr;
+    return callHost([&] { return bag.Write(kMouseIconName, &value->get()); });
 }
 
 }  // namespace vrx

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "com/entry.h"
 #include "com/hresult_failure.h"
@@ -53,25 +54,25 @@ Number readNumber(IStream& stream) {
 /// In portions: the count may promise more than the stream has.
 ByteList readBytes(IStream& stream, std::uint32_t count) {
     constexpr std::uint32_t kPortion = 65536;
-    ByteList bytes;
-    while (bytes.size() < count) {
-        const auto portion = std::min(kPortion, count - static_cast<std::uint32_t>(bytes.size()));
-        bytes.resize(bytes.size() + portion);
-        readAll(stream, bytes.data() + bytes.size() - portion, portion);
+    const Held<ByteList> bytes;
+    while (bytes->size() < count) {
+        const auto portion = std::min(kPortion, count - static_cast<std::uint32_t>(bytes->size()));
+        bytes->resize(bytes->size() + portion);
+        readAll(stream, bytes->data() + bytes->size() - portion, portion);
     }
-    return bytes;
+    return std::move(*bytes);
 }
 
 ByteList pictureBytes(IPicture* picture) {
     if (!picture) return {};
-    const auto kept = ComPtr<IPicture>(picture).as<IPersistStream>();
+    const HeldReference kept(ComPtr<IPicture>(picture).as<IPersistStream>());
     if (!kept) throw HresultFailure{E_NOINTERFACE};
-    const ComPtr<IStream> stream = makeStream();
+    const HeldReference stream(makeStream());
     throwIfFailed(callHost([&] { return kept->Save(stream.get(), FALSE); }));
     STATSTG size{};
     throwIfFailed(stream->Stat(&size, STATFLAG_NONAME));
-    rewind(*stream);
-    return readBytes(*stream, size.cbSize.LowPart);
+    rewind(*stream.get());
+    return readBytes(*stream.get(), size.cbSize.LowPart);
 }
 
 ComPtr<IPicture> pictureOf(const ByteList& bytes) {
@@ -101,10 +102,10 @@ ByteList propertyBytes(const KeptProperties& properties) {
 }
 
 void writeProperties(IStream& stream, const KeptProperties& properties) {
-    const ByteList bytes = propertyBytes(properties);
-    const auto count = static_cast<ULONG>(bytes.size());
+    const Held<ByteList> bytes(propertyBytes(properties));
+    const auto count = static_cast<ULONG>(bytes->size());
     ULONG written = 0;
-    throwIfFailed(callHost([&] { return stream.Write(bytes.data(), count, &written); }));
+    throwIfFailed(callHost([&] { return stream.Write(bytes->data(), count, &written); }));
     if (written != count) throw HresultFailure{STG_E_WRITEFAULT};
 }
 

@@ -61,7 +61,7 @@ STDMETHODIMP ViewObjectPart::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* 
     return run([&] {
         aspects_ = sink ? aspects : 0;
         flags_ = sink ? flags : 0;
-        const ComPtr<IAdviseSink> old = std::exchange(sink_, ComPtr<IAdviseSink>(sink));
+        const HeldReference old(std::exchange(sink_, ComPtr<IAdviseSink>(sink)));
         if (flags_ & ADVF_PRIMEFIRST) tellChanged();
         return S_OK;
     });
@@ -84,9 +84,8 @@ STDMETHODIMP ViewObjectPart::GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSI
 void ViewObjectPart::tellChanged() {
     if (!sink_ || !(aspects_ & DVASPECT_CONTENT)) return;
     const bool once = (flags_ & ADVF_ONLYONCE) != 0;
-    const ComPtr<IAdviseSink> sink = once ? std::exchange(sink_, {}) : sink_;
-    const HostCall host;
-    sink->OnViewChange(DVASPECT_CONTENT, kWhole);
+    const HeldReference sink(once ? std::exchange(sink_, {}) : sink_);
+    callHost([&] { sink->OnViewChange(DVASPECT_CONTENT, kWhole); });
 }
 
 }  // namespace vrx
