@@ -66,30 +66,11 @@ HRESULT InPlace::tryOpen(unsigned activation, const PlaceHint& hint) noexcept {
     }
 }
 
-/// Where the container tells no window or place, those of the verb do.
 HRESULT InPlace::open(unsigned activation, const PlaceHint& hint) {
-    const HeldReference site(site_);
-    HWND parent = nullptr;
-    if (FAILED(callHost([&] { return site->GetWindow(&parent); })) || !parent) parent = hint.parent;
+    const HWND parent = parentFor(hint);
     if (!isCurrent(activation) || !parent) return OLE_E_NOT_INPLACEACTIVE;
-    const SIZE size = extent_.pixels();
-    RECT place = hint.place ? *hint.place : RECT{0, 0, size.cx, size.cy};
-    RECT clip = place;
-    ComPtr<IOleInPlaceFrame> frame;
-    ComPtr<IOleInPlaceUIWindow> document;
-    RECT toldPlace{};
-    RECT toldClip{};
-    OLEINPLACEFRAMEINFO keys{};
-    keys.cb = sizeof keys;
-    if (SUCCEEDED(callHost([&] {
-            return site->GetWindowContext(frame.put(), document.put(), &toldPlace, &toldClip, &keys);
-        }))) {
-        place = toldPlace;
-        clip = IsRectEmpty(&toldClip) ? toldPlace : toldClip;
-    }
+    const auto [place, clip] = askForPlace(activation, hint);
     if (!isCurrent(activation)) return OLE_E_NOT_INPLACEACTIVE;
-    frame_ = std::move(frame);
-    document_ = std::move(document);
     container_.readAmbient();
     if (!isCurrent(activation)) return OLE_E_NOT_INPLACEACTIVE;
     body_.ambientChanged();
@@ -102,6 +83,35 @@ HRESULT InPlace::open(unsigned activation, const PlaceHint& hint) {
     clipped_ = false;
     setRects(place, &clip);
     return body_.window() ? S_OK : OLE_E_NOT_INPLACEACTIVE;
+}
+
+/// Where the container tells no window, that of the verb.
+HWND InPlace::parentFor(const PlaceHint& hint) const {
+    const HeldReference site(site_);
+    HWND parent = nullptr;
+    const HRESULT told = callHost([&] { return site->GetWindow(&parent); });
+    return SUCCEEDED(told) && parent ? parent : hint.parent;
+}
+
+/// Where the container tells no place, that of the verb. Takes its frame and document, too.
+PlaceAndClip InPlace::askForPlace(unsigned activation, const PlaceHint& hint) {
+    const HeldReference site(site_);
+    const SIZE size = extent_.pixels();
+    const RECT wanted = hint.place ? *hint.place : RECT{0, 0, size.cx, size.cy};
+    ComPtr<IOleInPlaceFrame> frame;
+    ComPtr<IOleInPlaceUIWindow> document;
+    RECT place{};
+    RECT clip{};
+    OLEINPLACEFRAMEINFO keys{};
+    keys.cb = sizeof keys;
+    const HRESULT told =
+        callHost([&] { return site->GetWindowContext(frame.put(), document.put(), &place, &clip, &keys); });
+    if (isCurrent(activation)) {
+        frame_ = std::move(frame);
+        document_ = std::move(document);
+    }
+    if (FAILED(told)) return {wanted, wanted};
+    return {place, IsRectEmpty(&clip) ? place : clip};
 }
 
 void InPlace::hide() {
@@ -158,7 +168,7 @@ void InPlace::setActiveObject(IOleInPlaceActiveObject* active, unsigned turn) {
     }
 }
 
-/// Not before the container knows of it may the keyboard come back.
+/// The keyboard does not come back before the container knows that it is gone.
 void InPlace::deactivateKeyboard() {
     if (!std::exchange(hasKeyboard_, false)) return;
     const HeldFlag yielding(yielding_);
@@ -174,7 +184,7 @@ void InPlace::deactivate() {
     if (!site_) body_.setDesignedSize(extent_.pixels());
 }
 
-/// Not before the container knows of the end may there be a new beginning.
+/// No new activation begins before the container knows of this one's end.
 void InPlace::leave() {
     const HeldFlag leaving(leaving_);
     deactivateKeyboard();

@@ -18,6 +18,12 @@ struct PlaceHint {
     const RECT* place;  ///< null for none
 };
 
+/// Where the window stands in its parent, and how much of the parent it may cover.
+struct PlaceAndClip {
+    RECT place;
+    RECT clip;
+};
+
 /// The container may do anything in each call that it gets: deactivate, take the site away, end the window.
 class InPlace {
   public:
@@ -47,6 +53,8 @@ class InPlace {
     HRESULT enter(const PlaceHint& hint);
     HRESULT tryOpen(unsigned activation, const PlaceHint& hint) noexcept;
     HRESULT open(unsigned activation, const PlaceHint& hint);
+    [[nodiscard]] HWND parentFor(const PlaceHint& hint) const;
+    [[nodiscard]] PlaceAndClip askForPlace(unsigned activation, const PlaceHint& hint);
     HRESULT activateKeyboard();
     [[nodiscard]] bool mayHaveKeyboard(IOleInPlaceSite& site) const;
     void leave();
