@@ -18,8 +18,8 @@ namespace {
 /// Blue, green and red in the low 24 bits.
 using Packed = std::uint32_t[kBlock];
 
-/// One row of the product of both, times 255, for colours whose chromaticity stays: RGB to XYZ, a common
-/// factor, XYZ to RGB.
+/// One row of the product of both matrices, RGB to XYZ and back, times 255. What is done to XYZ in between is
+/// a factor that all three have in common, for the chromaticity stays: the product does for both.
 struct CombinedRow {
     double m[3];
 
@@ -33,17 +33,31 @@ constexpr CombinedRow kToR(kXyzToR);
 constexpr CombinedRow kToG(kXyzToG);
 constexpr CombinedRow kToB(kXyzToB);
 
-// The combined form needs fewer divisions than the steps. How far both can be apart, with e = 2^-53 for each
-// rounding, W = X + Y + Z of the pixel, L its luminance after the operator (computed by the same operations
-// in both forms) and S = W L / Y; all terms up to the last matrix are positive:
+// The combined form needs fewer divisions than the steps. How far both can be apart:
 //
-//     steps: X, Y, Z: 3 e     W: 5 e     1 / W: 6 e     x, y: 10 e     new X = x L / y: 22 e
-//            X / x: 33 e of S     new Z: 36 e of S     a row back, whose |m| are 4.2 at most: 100 e of S
-//     combined: constants, products and sums: 10 e of 4.2 W     with the factor L / Y: 50 e of S
+// Each rounding is off by e = 2^-53 of its result at most; squares of e are left out. A product or a quotient
+// has the errors of both sides and its own e, a sum of positive terms the larger of their errors and its own
+// e. X, Y, Z and W = X + Y + Z are the pixel's without any rounding, L is the luminance after the operator as
+// the steps have it, and S = W L / Y, so that the new X, L and the new Z add up to S. The steps:
 //
-// W is at most 17 Y (of blue alone it is 16.7), and L at most 1.5: the ends of the range are rounded to
-// Singles, whose distance is at least twice that rounding. So the results, times 255, are less than
-// 255 * 17 * 1.5 * 150 e = 2^-33 apart. Where one lies closer than the guard to the middle between two
+//     X, Y, Z: 3 e (product, two sums)        W: 5 e        1 / W: 6 e        x = X / W and y = Y / W: 10 e
+//     new X = x L / y: 10 + 10 + 2 = 22 e of itself        new X / x: 22 + 10 + 1 = 33 e of S
+//     new Z = new X / x - new X - L: 33 + 22 + 2 = 57 e of S at most
+//     a row back: 100 e of S at most. Of red, the worst, |m| is 2.6, 1.2 and 0.4 for X, L and Z:
+//         2.6 * 22 + 0.4 * 57 from X and Z, 3 * 2.6 for products and sums, 2.6 for 255: 91 e of S
+//
+// The combined form:
+//
+//     the constants: 4 e (product, two sums, 255), with products and sums of the colours 7 e of the sum of
+//         |m| X, |m| Y and |m| Z, which is 2.6 W at most
+//     factor L / Y: 4 e for Stretch (Y, quotient). For WhitePoint it is (1 + Y k) / (1 + Y), with the very
+//         sums of which the steps make L by a product with Y and a quotient: 3 + 2 + 1 = 6 e
+//     result: 7 + 6 + 1 = 14 e of 2.6 S, so 37 e of S
+//
+// W is at most 17 Y (of blue alone it is 16.7). L is at most 1 but for roundings with WhitePoint, and 2 with
+// Stretch: the ends of the range are rounded to Singles, and the largest luminance can lie above its Single
+// by as much as the two Singles are apart. So the results, times 255, are less than
+// 255 * 17 * 2 * (100 + 37) e < 2^-32 apart. Where one lies closer than the guard to the middle between two
 // integers, the steps themselves are taken.
 constexpr double kGuard = 0x1p-30;
 
@@ -143,7 +157,8 @@ VRX_INLINE void round(Doubles& component, Doubles& farthest) {
     component = rounded;
 }
 
-/// The same up to rounding; false where rounding could tell the difference, as it always could below 0.
+/// The same up to rounding; false where rounding could tell the difference, and where a luminance comes out
+/// below 0, whose chromaticity the steps give up.
 template <RowOperator op>
 bool exposeCombined(Packed& packed, const Colours& colours, const RowExposition& exposition) {
     Doubles farthest{};
@@ -185,8 +200,8 @@ bool exposeCombined(Packed& packed, const Colours& colours, const RowExposition&
 // factor is less than 1.003 of the largest result of the pixel, A factor less than 1.006 of it, and the error
 // less than 17 u of it. The steps in double precision are within 2^-40 of it. Results farther than 20 u of
 // the largest one from the middle between two integers are rounded to the same byte by both; groups with a
-// nearer one are done again by the steps. Without values beyond 2^60 nothing overflows, and what underflows
-// is lost beside 1.
+// nearer one are done again by the steps. Without values beyond 2^60 nothing overflows. What underflows is
+// lost beside 1 in both sums of the factor, and as a result is far below the first middle, 0.5.
 constexpr float kSinglesGuard = 20 * 0x1p-24F;
 constexpr float kMostLuminance = 0x1p60F;
 constexpr std::size_t kGroup = 16;
