@@ -409,7 +409,7 @@ TEST_F(Picture, AStoreThatNoMemoryHoldsHasItsSizesAndNoBytes) {
     // Sizes that a file can name, of which there is only no memory.
     RgbeStore store;
     EXPECT_EQ(errorNumberOf([&] { store.reset(65535, 65535); }), 7);
-    EXPECT_EQ(failureOf([&] { encodeRgbe(store, 65535, 65535, sink); }), kFileError);
+    EXPECT_EQ(failureOf([&] { encodeRgbe(store, sink); }), kFileError);
 }
 
 TEST_F(Picture, AStoreOfGivenBytesHoldsACopy) {

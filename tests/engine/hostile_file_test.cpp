@@ -26,7 +26,7 @@ struct HostileFile : testing::Test, LoadingObject {
 
     /// Loads the file into a picture that holds "old".
     std::optional<Error> loadHostile(const FileBytes& file, Mode mode = Mode::Full) {
-        loader.load(u"old", false);
+        load(u"old");
         host.files[u"hostile"] = file;
         host.calls.clear();
         return failureOf([&] {

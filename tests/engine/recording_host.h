@@ -72,8 +72,8 @@ struct LoadingObject {
     RecordingHost host;
     HdrLoader loader{picture, host};
 
-    void load(const std::u16string& name, bool invert = false) { loader.load(name, invert); }
-    void preview(const std::u16string& name) { loader.preview(name); }
+    void load(const std::u16string& name, bool invert = false) { HdrLoad(loader, name).load(invert); }
+    void preview(const std::u16string& name) { HdrLoad(loader, name).preview(); }
 };
 
 }  // namespace vrx::test

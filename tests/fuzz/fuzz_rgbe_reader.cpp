@@ -46,8 +46,9 @@ class FuzzHost final : public LoadHost {
 
     void load(const char16_t* name, bool preview, bool invert) {
         try {
-            if (preview) return loader_.preview(name);
-            loader_.load(name, invert);
+            HdrLoad load(loader_, name);
+            if (preview) return load.preview();
+            load.load(invert);
         } catch (const Error&) {
         }
     }
@@ -57,7 +58,7 @@ class FuzzHost final : public LoadHost {
         require(!loader_.loading());
         require(hasSaneSizes());
         controls_ = {};
-        loader_.load(u"good", false);
+        HdrLoad(loader_, u"good").load(false);
         require(picture_.dimX() == 2 && picture_.dimY() == 1 && picture_.component(1, 0, 1) == 20.5F);
     }
 

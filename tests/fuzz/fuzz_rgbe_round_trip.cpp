@@ -63,7 +63,7 @@ void checkPlanes(const RgbeStore& store) {
 
 void checkFile(const RgbeStore& store) {
     MemorySink file;
-    encodeRgbe(store, store.dimX(), store.dimY(), file);
+    encodeRgbe(store, file);
     const std::size_t size = file.bytes.size();
     file.bytes.push_back(0);
 

@@ -28,12 +28,8 @@ void HdrLoader::setFileName(std::u16string name) {
     parameterChanged();
 }
 
-void HdrLoader::load(std::u16string name, bool invert) { HdrLoad(*this, std::move(name)).load(invert); }
-
-void HdrLoader::preview(std::u16string name) { HdrLoad(*this, std::move(name)).preview(); }
-
-/// The end of every run; whether another is wanted. From the end of a load inside another one's event on
-/// nothing counts as running: the outer one finds itself stopped at its next check.
+/// The end of every run; whether another is wanted. After a load inside another one's event nothing counts as
+/// running any more: the outer one finds itself stopped at its next check.
 bool HdrLoader::settle() {
     stop_ = true;
     loading_ = false;

@@ -37,10 +37,6 @@ class HdrLoader {
   public:
     HdrLoader(HdrPicture& picture, LoadHost& host) : picture_(picture), host_(host) {}
 
-    /// Those of HdrLoad.
-    void load(std::u16string name, bool invert);
-    void preview(std::u16string name);
-
     /// Ends a running load at its next check.
     void end() { stop_ = true; }
     /// Nothing counts as running and nothing is to run again; a load that runs ends at its next check.
@@ -83,7 +79,8 @@ class HdrLoad {
     /// zero: hosts count on it. A load that runs already ends at its next check. A blank name reads nothing.
     /// Runs again as long as a restart is asked for while it runs; only the last run's failure leaves.
     void load(bool invert);
-    /// The same, plain, into the picture and its preview bitmap, with a refresh every 80 rows and a last one.
+    /// The same, never inverted, and into the preview bitmap as well, with a refresh every 80 rows and a last
+    /// one.
     void preview();
 
   private:

@@ -127,7 +127,7 @@ BitmapRows HdrPicture::convert(float exposure, float gamma) {
             }};
 }
 
-void HdrPicture::encode(ByteSink& sink) const { encodeRgbe(store_, store_.dimX(), store_.dimY(), sink); }
+void HdrPicture::encode(ByteSink& sink) const { encodeRgbe(store_, sink); }
 
 PictureFilling::PictureFilling(HdrPicture& picture, Resolution sizes)
     : picture_(picture), sizes_(std::make_shared<const Resolution>(sizes)) {

@@ -17,8 +17,8 @@ inline constexpr std::array<float, 256> kExponentTable = [] {
     return table;
 }();
 
-// Primaries of the picture to CIE XYZ and back, as Singles. Not inline: a row kernel for other processors must
-// not share them.
+// Primaries of the picture to CIE XYZ and back, as Singles. Not inline: a row kernel for other processors
+// must not share them.
 constexpr double kRgbToX[] = {0.5141364F, 0.32387858F, 0.16036376F};
 constexpr double kRgbToY[] = {0.265068F, 0.67023426F, 0.06409157F};
 constexpr double kRgbToZ[] = {0.0241188F, 0.1228178F, 0.84442663F};

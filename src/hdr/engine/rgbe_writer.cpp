@@ -27,15 +27,12 @@ std::uint8_t* writeRun(std::size_t length, std::uint8_t value, std::uint8_t* out
     return out;
 }
 
-std::uint8_t* writeLiterals(std::span<const std::uint8_t> bytes, std::uint8_t* out) {
-    while (!bytes.empty()) {
-        const std::size_t count = std::min(bytes.size(), kMaxLiteral);
-        *out++ = static_cast<std::uint8_t>(count);
-        std::memcpy(out, bytes.data(), count);
-        out += count;
-        bytes = bytes.subspan(count);
-    }
-    return out;
+/// At most kMaxLiteral bytes; nothing for none.
+std::uint8_t* writeLiteral(std::span<const std::uint8_t> bytes, std::uint8_t* out) {
+    if (bytes.empty()) return out;
+    *out++ = static_cast<std::uint8_t>(bytes.size());
+    std::memcpy(out, bytes.data(), bytes.size());
+    return out + bytes.size();
 }
 
 /// Two or three equal bytes.
@@ -43,14 +40,14 @@ bool isShortRun(const std::uint8_t* bytes, std::size_t count) {
     return (count == 2 || count == 3) && bytes[0] == bytes[1] && bytes[0] == bytes[count - 1];
 }
 
-// Most literals are short and each is as long as it likes: a copy of just so many bytes is a call, and a
-// branch that nobody predicts. These are copied as a whole step where as many bytes are left of the plane,
-// none at all as well; what is written beyond them the next code writes over. There is room for it: before a
-// code the output is never further than the literal chunks of what it stands for.
-constexpr std::size_t kStep = 128;
-
 /// What stands before a long run, or before the end of the row: one short run, or literals. From `bytes` on,
 /// `left` bytes of the plane are still to be written.
+///
+/// Most literals are short, and no processor can predict how short: a copy of just so many bytes is a call
+/// and a branch that goes wrong. So kMaxLiteral bytes are copied, however few or none are meant, where the
+/// plane has as many left, and the next code writes over the others. There is room for them: before a code
+/// the output is never longer than literal chunks of the same bytes, and has room for chunks of the whole
+/// plane.
 std::uint8_t* writeBeforeRun(const std::uint8_t* bytes, std::size_t count, std::size_t left,
                              std::uint8_t* out) {
     if (isShortRun(bytes, count)) return writeRun(count, *bytes, out);
@@ -59,9 +56,10 @@ std::uint8_t* writeBeforeRun(const std::uint8_t* bytes, std::size_t count, std::
         std::memcpy(out + 1, bytes, kMaxLiteral);
         out += 1 + kMaxLiteral;
     }
-    if (count > kStep || left < kStep) return writeLiterals({bytes, count}, out);
+    if (left < kMaxLiteral) [[unlikely]]
+        return writeLiteral({bytes, count}, out);
     *out = static_cast<std::uint8_t>(count);
-    std::memcpy(out + 1, bytes, kStep);
+    std::memcpy(out + 1, bytes, kMaxLiteral);
     return out + count + (count != 0 ? 1 : 0);
 }
 
@@ -167,19 +165,18 @@ std::uint8_t* encodePlane(std::span<const std::uint8_t> plane, std::uint8_t* out
     return out;
 }
 
-void encodeRgbe(const RgbeStore& store, std::int32_t dimX, std::int32_t dimY, ByteSink& sink) {
-    const bool fits =
-        dimX <= kMaxScanlineWidth && !store.empty() && store.dimX() == dimX && store.dimY() == dimY;
-    if (dimY > 0 && !fits) throw fileError();
-    const std::string header = headerOf(dimX, dimY);
+void encodeRgbe(const RgbeStore& store, ByteSink& sink) {
+    const std::int32_t rows = store.dimY();
+    if (rows > 0 && (store.empty() || store.dimX() > kMaxScanlineWidth)) throw fileError();
+    const std::string header = headerOf(store.dimX(), rows);
     sink.write({reinterpret_cast<const std::uint8_t*>(header.data()), header.size()});
-    if (dimY == 0) return;
+    if (rows == 0) return;
 
     const auto scanlineBound = static_cast<std::size_t>(
-        kScanlineHeaderSize + kRgbeComponents * runLengthBound(static_cast<std::uint64_t>(dimX)));
+        kScanlineHeaderSize + kRgbeComponents * runLengthBound(static_cast<std::uint64_t>(store.dimX())));
     Bytes block(std::max(kBlockSize, scanlineBound));
     std::uint8_t* end = block.data();
-    for (std::int32_t y = 0; y < dimY; ++y) {
+    for (std::int32_t y = 0; y < rows; ++y) {
         if (block.size() - static_cast<std::size_t>(end - block.data()) < scanlineBound) {
             sink.write({block.data(), end});
             end = block.data();

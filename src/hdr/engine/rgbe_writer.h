@@ -12,10 +12,10 @@ namespace vrx {
 /// The most pixels that a scanline can name.
 inline constexpr std::int32_t kMaxScanlineWidth = 65535;
 
-/// Writes the whole file for a picture of dimX x dimY pixels, the store's bytes as they are. An empty store
-/// is a picture without rows. Fails ("File Error!") before anything is written where the store does not have
-/// these sizes, or where rows are wider than the 65535 pixels that a scanline can name.
-void encodeRgbe(const RgbeStore& store, std::int32_t dimX, std::int32_t dimY, ByteSink& sink);
+/// Writes the whole file for the store's picture, its bytes as they are. A picture without rows needs no
+/// bytes. Fails ("File Error!") before anything is written where the store has rows but no bytes, or where
+/// they are wider than the 65535 pixels that a scanline can name.
+void encodeRgbe(const RgbeStore& store, ByteSink& sink);
 
 /// The run-length codes of one plane of one row: runs of at least 4 as (128 + length, byte), everything else
 /// as literal chunks (length, bytes ...); a lone run of 2 or 3 before a long run is written as a run. `out`

@@ -24,7 +24,7 @@ class ToneTables {
     /// negative power; the tables then stay as they were. Singles that are not asked for are undefined.
     void build(float multiplier, float inverseGamma, ToneParts parts = ToneParts::BytesAndSingles);
 
-    /// Before, there are no tables: they take 320 kB.
+    /// Whether there are tables yet. They take 320 kB, which an object that paints nothing does without.
     [[nodiscard]] bool built() const { return entries_ != nullptr; }
 
     /// The tables, 256 mantissas to an exponent.
