@@ -18,8 +18,8 @@ constexpr LRESULT kKeyForList = -1;
 
 std::u16string windowsFolder() {
     wchar_t folder[MAX_PATH] = {};
-    const UINT length = GetWindowsDirectoryW(folder, MAX_PATH);
-    return fromWide({folder, length});
+    GetWindowsDirectoryW(folder, MAX_PATH);
+    return fromWide(folder);
 }
 
 }  // namespace

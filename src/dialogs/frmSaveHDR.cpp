@@ -15,8 +15,8 @@
 namespace vrx {
 namespace {
 
-const SaveDialogKind kKind{IDD_FRMSAVEHDR, file_types::kHdrSaver, settings::kHdrSaverPath,
-                           settings::kHdrSaverType, settings::kHdrSaverQuality};
+constexpr SaveDialogKind kKind{IDD_FRMSAVEHDR, file_types::kHdrSaver, settings::kHdrSaverPath,
+                               settings::kHdrSaverType, settings::kHdrSaverQuality};
 
 // By the numbers of Enum_AutoExpositionType.
 constexpr std::array kExpositionTypes{L"Attenuate Max", L"Attenuate All"};

@@ -5,8 +5,8 @@
 namespace vrx {
 namespace {
 
-const SaveDialogKind kKind{IDD_FRMSAVEIMAGE, file_types::kImageSaver, settings::kImageSaverPath,
-                           settings::kImageSaverType, settings::kImageSaverQuality};
+constexpr SaveDialogKind kKind{IDD_FRMSAVEIMAGE, file_types::kImageSaver, settings::kImageSaverPath,
+                               settings::kImageSaverType, settings::kImageSaverQuality};
 
 }  // namespace
 

@@ -16,17 +16,16 @@
 namespace vrx {
 namespace {
 
-/// Posted to start the decoding, when the activation of the window is over. Nobody else's message has its
-/// number.
-UINT startMessage() {
-    static const UINT message = RegisterWindowMessageW(L"VrxCommon.frmZoom.Start");
-    return message;
-}
+// Posted to start the decoding, when the activation of the window is over; in the range that is left for a
+// program's own windows.
+constexpr UINT kStart = WM_APP;
 
 constexpr Extent kEmptyView{320, 240};
 constexpr std::array kLabels{IDC_LBLCOMP0, IDC_LBLCOMP1, IDC_LBLCOMP2};
 // Each value behind its caption.
 constexpr std::array kReadout{IDC_LBLRED, IDC_LBLCOMP0, IDC_LBLGREEN, IDC_LBLCOMP1, IDC_LBLBLU, IDC_LBLCOMP2};
+// At the resolution of designs.
+constexpr int kStripHeight = 24;
 constexpr int kMoreForAValue = 80;
 
 /// The pixel along one side that a pointer shows.
@@ -51,7 +50,6 @@ void frmZoom::See_Image(const std::u16string& fileName) {
 
 void frmZoom::See_HDR(const std::u16string& fileName) {
     if (fileName.empty()) return;
-    picture_.setPointer(MousePointer::Cross);
     hdrMode_ = true;
     startPreview_ = true;
     if (hdr_) hdr_.object()->Init();
@@ -62,7 +60,6 @@ void frmZoom::See_HDR(const std::u16string& fileName) {
 
 void frmZoom::Set_BMP(ComPtr<IPicture> picture, std::int32_t width, std::int32_t height) {
     load(ownerWindow());
-    picture_.setPointer(MousePointer::Cross);
     picture_.show(std::move(picture), {width, height});
     fitWindow();
 }
@@ -71,6 +68,7 @@ void frmZoom::onLoad() {
     RECT inner{};
     GetClientRect(window(), &inner);
     picture_.create(window(), IDC_IMGPREVIEW, inner);
+    picture_.setPointer(MousePointer::Cross);
     for (std::size_t i = 0; i < kReadout.size(); ++i) readout_[i] = placeInParent(control(kReadout[i]));
     showReadout(hdrMode_);
     // The system chose the control with the focus before there was the picture's.
@@ -95,7 +93,7 @@ void frmZoom::onClose() {
 void frmZoom::onActivate(bool active) {
     if (!active) return;
     SetWindowPos(window(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    if (hdrMode_ && startPreview_) PostMessageW(window(), startMessage(), 0, 0);
+    if (hdrMode_ && startPreview_) PostMessageW(window(), kStart, 0, 0);
 }
 
 /// Once, however often the window is activated, and not any more when it has been closed.
@@ -126,11 +124,10 @@ void frmZoom::placeReadout(int width, int height) const {
 }
 
 bool frmZoom::onMessage(UINT message, WPARAM wide, LPARAM longer, LRESULT& /*answer*/) {
-    if (message == startMessage()) {
-        startPreview();
-        return true;
-    }
     switch (message) {
+        case kStart:
+            startPreview();
+            return true;
         case WM_GETMINMAXINFO:
             limitSize(*reinterpret_cast<MINMAXINFO*>(longer));
             return true;
@@ -179,7 +176,7 @@ void frmZoom::showReadout(bool shown) {
 }
 
 /// The strip below the picture with the values of a pixel.
-int frmZoom::stripHeight() const { return hdrMode_ ? scaled(24) : 0; }
+int frmZoom::stripHeight() const { return hdrMode_ ? scaled(kStripHeight) : 0; }
 
 /// What the window has around the picture's view.
 Extent frmZoom::borders() const {

@@ -33,8 +33,8 @@ class HdrConnection {
     HdrConnection& operator=(const HdrConnection&) = delete;
     ~HdrConnection();
 
-    /// Follows this object from now on, none for an empty one. Error 5 for an object without such events; the one
-    /// before is followed on then.
+    /// Follows this object from now on; none when it is empty. Error 5 for an object without such events: the
+    /// one before then stays.
     void connect(ComPtr<_CVrxHDR> object);
     [[nodiscard]] const ComPtr<_CVrxHDR>& object() const { return object_; }
     explicit operator bool() const { return static_cast<bool>(object_); }

@@ -12,7 +12,7 @@
 namespace vrx {
 namespace {
 
-// What Picture1 is larger than its picture, and the longest side that a window can have.
+// Picture1, a control that nobody sees, is larger than the picture by this much, as far as a window can be.
 constexpr std::int32_t kPictureBorder = 3;
 constexpr std::int32_t kLongestSide = 32767;
 

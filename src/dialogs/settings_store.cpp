@@ -19,7 +19,8 @@
 namespace vrx {
 namespace {
 
-constexpr long kMachine = static_cast<long>(0x80000002);
+// HKEY_LOCAL_MACHINE as the component takes it.
+constexpr long kLocalMachine = static_cast<long>(0x80000002);
 
 // In place of a thread's number: the component serves every thread.
 constexpr DWORD kEveryThread = 0;
@@ -120,7 +121,7 @@ std::optional<std::u16string> readText(const std::u16string& root, const Setting
     Bstr passedDefault = toBstr(defaultText);
     BSTR byReference = passedDefault.release();
     Bstr result;
-    const HRESULT outcome = registry->ReadValue(kMachine, toBstr(subkey(root, setting.suffix)).get(),
+    const HRESULT outcome = registry->ReadValue(kLocalMachine, toBstr(subkey(root, setting.suffix)).get(),
                                                 toBstr(setting.name).get(), &byReference, result.put());
     passedDefault.reset(byReference);
     if (FAILED(outcome)) return std::nullopt;
@@ -131,8 +132,8 @@ template <class Setting>
 void writeText(const std::u16string& root, const Setting& setting, const std::u16string& text) {
     const ComPtr<_SettingsRegistry> registry = component();
     if (!registry) return;
-    registry->WriteValue(kMachine, toBstr(subkey(root, setting.suffix)).get(), toBstr(setting.name).get(),
-                         toBstr(text).get());
+    registry->WriteValue(kLocalMachine, toBstr(subkey(root, setting.suffix)).get(),
+                         toBstr(setting.name).get(), toBstr(text).get());
 }
 
 }  // namespace

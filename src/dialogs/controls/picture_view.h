@@ -75,10 +75,8 @@ class PictureView final : public CustomControl {
     void pointAgain() const;
     /// Over the frame.
     void setPointer(MousePointer pointer) { pointer_ = pointer; }
-    [[nodiscard]] MousePointer pointer() const { return pointer_; }
     /// Shown as MousePointer::Custom.
     void setIcon(ComPtr<IPicture> icon) { icon_ = std::move(icon); }
-    [[nodiscard]] const ComPtr<IPicture>& icon() const { return icon_; }
 
   private:
     /// A left button that is down, and where the mouse was last.

@@ -24,7 +24,9 @@ struct PreviewFrame {
     bool operator==(const PreviewFrame&) const = default;
 };
 
-/// All in one unit, whichever. Error 11 where the picture has no length to divide by.
+/// The frame in the unit of the box; the picture's unit does not matter. A side is compared with the box
+/// before it is rounded, and the corner is not rounded, unlike those of fitProportional (effects/engine).
+/// Error 11 where the picture has no length to divide by.
 [[nodiscard]] PreviewFrame proportionalFrame(std::int32_t boxWidth, std::int32_t boxHeight,
                                              std::int32_t pictureWidth, std::int32_t pictureHeight);
 

@@ -36,23 +36,23 @@ BOOL CALLBACK setFont(HWND control, LPARAM font) {
 }  // namespace
 
 void EditorFont::attach(HWND dialog) {
-    dialogs_ = reinterpret_cast<HFONT>(SendMessageW(dialog, WM_GETFONT, 0, 0));
-    measure(dialog, dialogs_);
+    dialogFont_ = reinterpret_cast<HFONT>(SendMessageW(dialog, WM_GETFONT, 0, 0));
+    measure(dialog, dialogFont_);
 }
 
 void EditorFont::fit(HWND dialog, SIZE inner) {
     LOGFONTW description{};
-    if (GetObjectW(dialogs_, sizeof description, &description) == 0) return;
+    if (GetObjectW(dialogFont_, sizeof description, &description) == 0) return;
     Font smaller;
-    measure(dialog, dialogs_);
+    measure(dialog, dialogFont_);
     while (!patternFits(inner.cx, inner.cy, texts_) && -description.lfHeight > kLowest) {
         ++description.lfHeight;
         smaller.reset(CreateFontIndirectW(&description));
-        measure(dialog, smaller ? smaller.get() : dialogs_);
+        measure(dialog, smaller ? smaller.get() : dialogFont_);
     }
     if (std::exchange(height_, description.lfHeight) == description.lfHeight) return;
     // The controls let go of the old one first.
-    const Font old = std::exchange(smaller_, std::move(smaller));
+    const Font old = std::exchange(smallerFont_, std::move(smaller));
     EnumChildWindows(dialog, setFont, reinterpret_cast<LPARAM>(get()));
 }
 

@@ -17,7 +17,7 @@ class EditorFont {
     /// this size.
     void fit(HWND dialog, SIZE inner);
 
-    [[nodiscard]] HFONT get() const { return smaller_ ? smaller_.get() : dialogs_; }
+    [[nodiscard]] HFONT get() const { return smallerFont_ ? smallerFont_.get() : dialogFont_; }
     [[nodiscard]] const PatternTexts& texts() const { return texts_; }
     /// Of "100.0%", the longest that the editor shows in its tip.
     [[nodiscard]] SIZE percentage() const { return percentage_; }
@@ -25,9 +25,9 @@ class EditorFont {
   private:
     void measure(HWND dialog, HFONT font);
 
-    HFONT dialogs_ = nullptr;
-    Font smaller_;
-    LONG height_ = 0;
+    HFONT dialogFont_ = nullptr;
+    Font smallerFont_;
+    LONG height_ = 0;  // of the font in use, as a LOGFONTW tells it
     PatternTexts texts_{};
     SIZE percentage_{};
 };

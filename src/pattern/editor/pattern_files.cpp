@@ -10,7 +10,7 @@ std::optional<std::u16string> PatternFiles::choose(HWND owner, PatternFileUse us
     auto path = choosePatternFile(owner, use, folder_, fileName_ + u".VGR");
     if (!path) return path;
     folder_ = *path;
-    fileName_ = getAppName(folder_, false);
+    fileName_ = getAppName(folder_, false);  // cuts the path down to the folder
     return path;
 }
 

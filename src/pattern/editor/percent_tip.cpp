@@ -12,17 +12,18 @@ namespace vrx {
 namespace {
 
 constexpr int kBorder = 1;
-constexpr int kPadding = 2;
+constexpr int kPaddingBeside = 2;
+constexpr int kPaddingAbove = 1;
 
 }  // namespace
 
 void PercentTip::attach(HWND parent, HFONT font, SIZE text) {
-    const int around = 2 * (kBorder + kPadding);
-    create(parent, IDC_PICTOOLTIPS, WS_BORDER, {0, 0, text.cx + around, text.cy + around - 2});
-    label_ = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | SS_CENTER | SS_NOPREFIX, 0, 0,
-                             text.cx + 2 * kPadding, text.cy + 2 * kPadding - 2, window(),
-                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_LBLPERC)), moduleInstance(),
-                             nullptr);
+    const int width = text.cx + 2 * kPaddingBeside;
+    const int height = text.cy + 2 * kPaddingAbove;
+    create(parent, IDC_PICTOOLTIPS, WS_BORDER, {0, 0, width + 2 * kBorder, height + 2 * kBorder});
+    label_ = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | SS_CENTER | SS_NOPREFIX, 0, 0, width,
+                             height, window(), reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_LBLPERC)),
+                             moduleInstance(), nullptr);
     if (!label_) throw win32Error(GetLastError());
     SendMessageW(label_, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
 }
