@@ -189,7 +189,7 @@ void decodeAlone(benchmark::State& state) {
 void encodeAlone(benchmark::State& state) {
     engineAlone(state, [file = MemoryFile()](const HdrPicture& picture) mutable {
         file.clear();
-        encodeRgbe(picture.store, picture.store.dimX(), picture.store.dimY(), file);
+        encodeRgbe(picture.store, file);
     });
 }
 

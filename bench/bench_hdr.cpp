@@ -45,7 +45,7 @@ void encode(benchmark::State& state) {
     MemoryFile file;
     inTurn(state, [&](const HdrPicture& picture) {
         file.clear();
-        encodeRgbe(picture.store, picture.store.dimX(), picture.store.dimY(), file);
+        encodeRgbe(picture.store, file);
         benchmark::DoNotOptimize(file.span().data());
     });
 }

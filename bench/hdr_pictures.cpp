@@ -44,7 +44,7 @@ HdrPicture fromFile(const std::string& path) {
 HdrPicture builtInPicture(const std::string& name, int width, int height, unsigned seed) {
     HdrPicture picture{name, {}, {}, samplePicture(width, height, seed)};
     MemoryFile file;
-    encodeRgbe(picture.store, picture.store.dimX(), picture.store.dimY(), file);
+    encodeRgbe(picture.store, file);
     picture.bytes.assign(file.span().begin(), file.span().end());
     picture.bytes.push_back(0);
     return picture;
