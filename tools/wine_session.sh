@@ -83,14 +83,17 @@ make_template() (
     export WINEPREFIX=$work
     trap 'stop_wine; stop_display; rm -rf "$work"' EXIT
     start_display
+    # The unpacked Wine looks for its own fonts in the system's folders. With other fonts, texts have other sizes, and without
+    # any, the prefix keeps a menu bar of no sensible height.
+    if [[ $wine == "$wine_root"/* ]]; then
+        mkdir -p "$work/drive_c/windows/Fonts"
+        ln -s "$wine_root"/usr/share/wine/fonts/* "$work/drive_c/windows/Fonts/"
+    fi
     in_wine 120 wineboot --init >/dev/null 2>&1 || exit 1
     # A crash prints its stack and ends the program; the debugger's dialog would wait for a click.
     in_wine 60 reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null || exit 1
     # There is no window manager to wait for when a window closes.
     in_wine 60 reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null || exit 1
-    # The signs on title bars and scroll bars.
-    [[ $wine != "$wine_root"/* ]] ||
-        cp "$wine_root/usr/share/wine/fonts/marlett.ttf" "$work/drive_c/windows/Fonts/" || exit 1
     echo 'WScript.Echo "runs"' >"$work/check.vbs"
     [[ $(in_wine 60 cscript //nologo "$(windows_path "$work/check.vbs")") == runs* ]] || exit 1
     rm "$work/check.vbs"
