@@ -53,6 +53,9 @@ inline std::string describe(const Holdings& before, const Holdings& after) {
 class UserObjectsOfSuite {
   public:
     void begin() { before_ = host::freeUserHandles(); }
+    /// What is lost until the suite goes on does not count.
+    void pause() { paused_ = host::freeUserHandles(); }
+    void goOn() { before_ -= paused_ - host::freeUserHandles(); }
     void end() const {
         // The system keeps some of its own from first windows on.
         constexpr std::size_t kKept = 300;
@@ -61,6 +64,7 @@ class UserObjectsOfSuite {
 
   private:
     std::size_t before_ = 0;
+    std::size_t paused_ = 0;
 };
 
 }  // namespace faults

@@ -68,8 +68,10 @@ struct Scenario {
     /// another way.
     bool neverFails = false;
     std::vector<UserStep> user = {};  ///< what is done with the dialogs that are shown
-    /// A part of the system's that may leave kernel handles behind: the same without the component.
+    /// A part of the system's that may leave kernel and USER handles behind: the same without the component.
     void (*ofSystem)() = nullptr;
+    /// Windows like those that are opened, without the component: the system may keep memory for each.
+    void (*plainWindows)() = nullptr;
 };
 
 inline void nothing(Stage&) {}

@@ -1,0 +1,12 @@
+// What the process holds of its memory, to the byte: neither gaps in the heaps nor pages that the system
+// keeps for later.
+#pragma once
+
+#include <cstddef>
+
+namespace faults {
+
+/// Bytes of the used blocks of all heaps, and of the private pages that belong to no heap.
+std::size_t heldMemory();
+
+}  // namespace faults
