@@ -87,6 +87,16 @@ void __cdecl countedFree(void* block) {
     std::free(block);
 }
 
+/// The system gives all moves up, and their handle.
+HDWP WINAPI failingDeferWindowPos(HDWP moves, HWND window, HWND after, int x, int y, int width, int height,
+                                  UINT flags) {
+    if (failsNow(Kind::Windows, "DeferWindowPos", ERROR_NOT_ENOUGH_MEMORY)) {
+        EndDeferWindowPos(moves);
+        return nullptr;
+    }
+    return DeferWindowPos(moves, window, after, x, y, width, height, flags);
+}
+
 struct Allocator {
     const char* name;
     void* replacement;
@@ -181,7 +191,6 @@ const Row kRows[] = {
     FAILING(Windows, CreateOleAdviseHolder, E_OUTOFMEMORY, 0),
     FAILING(Windows, LoadCursorW, 0, ERROR_NOT_ENOUGH_MEMORY),
     FAILING(Windows, BeginDeferWindowPos, 0, ERROR_NOT_ENOUGH_MEMORY),
-    FAILING(Windows, DeferWindowPos, 0, ERROR_NOT_ENOUGH_MEMORY),
 
     FAILING(Files, CreateFileW, NO_FILE, ERROR_ACCESS_DENIED),
     FAILING(Files, ReadFile, 0, ERROR_READ_FAULT),
@@ -222,6 +231,9 @@ const Row kRows[] = {
     FAILING(Libraries, GetProcAddress, 0, ERROR_PROC_NOT_FOUND),
     FAILING(Libraries, GetModuleHandleW, 0, ERROR_MOD_NOT_FOUND),
     FAILING(Libraries, GetModuleFileNameW, 0, ERROR_NOT_ENOUGH_MEMORY),
+
+    // Behind the numbered ones.
+    {"DeferWindowPos", Kind::Windows, 0, 0, reinterpret_cast<void*>(failingDeferWindowPos)},
 };
 
 void patch(const wchar_t* fileName) {
