@@ -86,8 +86,8 @@ make_template() (
     # The unpacked Wine looks for its own fonts in the system's folders. With other fonts, texts have other sizes, and without
     # any, the prefix keeps a menu bar of no sensible height.
     if [[ $wine == "$wine_root"/* ]]; then
-        mkdir -p "$work/drive_c/windows/Fonts"
-        ln -s "$wine_root"/usr/share/wine/fonts/* "$work/drive_c/windows/Fonts/"
+        mkdir -p "$work/drive_c/windows/Fonts" || exit 1
+        ln -s "$wine_root"/usr/share/wine/fonts/* "$work/drive_c/windows/Fonts/" || exit 1
     fi
     in_wine 120 wineboot --init >/dev/null 2>&1 || exit 1
     # A crash prints its stack and ends the program; the debugger's dialog would wait for a click.
