@@ -21,6 +21,13 @@ benchmark::internal::Benchmark* add(const std::string& work, const std::string& 
     return benchmark::RegisterBenchmark(rowName(work, library).c_str(), function)->UseRealTime();
 }
 
+/// The same for a function that measures its iterations itself, by SetIterationTime.
+template <class Function>
+benchmark::internal::Benchmark* addTimed(const std::string& work, const std::string& library,
+                                         Function function) {
+    return benchmark::RegisterBenchmark(rowName(work, library).c_str(), function)->UseManualTime();
+}
+
 /// Collects every repetition's counters.
 class Report final : public benchmark::BenchmarkReporter {
   public:

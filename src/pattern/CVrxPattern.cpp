@@ -38,7 +38,7 @@ STDMETHODIMP CVrxPattern::Get_PatternFromString(BSTR strPattern, long NumItem, V
         SafeArray made = makeVariantArray(static_cast<std::size_t>(NumItem) + 1);
         SAFEARRAY& table = *made.get();
         putVariant(*arPattern, makeArray(std::move(made)));
-        fillVariantArray(table, vrx::Get_PatternFromString(pattern, NumItem));
+        fillVariantArray(table, vrx::Get_PatternFromString(pattern, NumItem).colors());
     });
 }
 

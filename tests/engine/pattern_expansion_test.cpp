@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "failure.h"
+#include "pattern_colors.h"
 
 namespace vrx::test {
 namespace {
@@ -25,9 +26,7 @@ constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
 
 using Colors = std::vector<std::int32_t>;
 
-Colors expand(const std::u16string& pattern, std::int32_t numItem) {
-    return Get_PatternFromString(pattern, numItem);
-}
+Colors expand(const std::u16string& pattern, std::int32_t numItem) { return colorsOf(pattern, numItem); }
 
 int errorOf(const std::u16string& pattern, std::int32_t numItem) {
     return errorNumberOf([&] { static_cast<void>(expand(pattern, numItem)); });

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "failure.h"
-#include "pattern/engine/pattern_expansion.h"
 #include "pattern/engine/pattern_number.h"
+#include "pattern_colors.h"
 
 namespace vrx::test {
 namespace {
@@ -62,7 +62,7 @@ Expected expectedOf(const std::string& pattern, std::int32_t numItem) {
 void expectEqual(const std::string& pattern, std::int32_t numItem) {
     const Expected expected = expectedOf(pattern, numItem);
     std::vector<std::int32_t> colors;
-    const int error = errorNumberOf([&] { colors = Get_PatternFromString(widened(pattern), numItem); });
+    const int error = errorNumberOf([&] { colors = colorsOf(widened(pattern), numItem); });
     ASSERT_EQ(error, expected.error) << pattern << " over " << numItem;
     if (error != 0) return;
     model::Table table(colors.begin(), colors.end());
@@ -122,21 +122,21 @@ TEST(LargePattern, TenMegabytesOfDescendingStopsAreExpanded) {
     for (int position = 999'999; pattern.size() < 10'000'000; --position) {
         pattern += std::to_string(position) + "-65280;";
     }
-    const auto table = Get_PatternFromString(widened(pattern), 1'000'000);
+    const auto table = colorsOf(widened(pattern), 1'000'000);
     EXPECT_EQ(table.front(), 255);
     EXPECT_EQ(table.back(), 65280);
 }
 
 TEST(LargePattern, TenMegabytesOfSemicolonsAreExpanded) {
-    EXPECT_EQ(Get_PatternFromString(std::u16string(10'000'000, u';'), 10), std::vector<std::int32_t>(11, 0));
+    EXPECT_EQ(colorsOf(std::u16string(10'000'000, u';'), 10), std::vector<std::int32_t>(11, 0));
 }
 
 TEST(LargePattern, TenMegabytesOfOneItemAreExpanded) {
     const std::u16string blanks(5'000'000, u' ');
-    EXPECT_EQ(Get_PatternFromString(u"0-255;" + blanks + u"1000-16711680" + blanks + u";", 100),
-              Get_PatternFromString(u"0-255;1000-16711680;", 100));
+    EXPECT_EQ(colorsOf(u"0-255;" + blanks + u"1000-16711680" + blanks + u";", 100),
+              colorsOf(u"0-255;1000-16711680;", 100));
     const std::u16string digits(10'000'000, u'9');
-    EXPECT_EQ(errorNumberOf([&] { static_cast<void>(Get_PatternFromString(digits, 10)); }), 6);
+    EXPECT_EQ(errorNumberOf([&] { static_cast<void>(colorsOf(digits, 10)); }), 6);
 }
 
 }  // namespace

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "../engine/pattern_colors.h"
 #include "../engine/pattern_model.h"
 #include "ground/error.h"
-#include "pattern/engine/pattern_expansion.h"
 
 namespace {
 
@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string text(data + 1, data + size);
     const std::u16string wide(data + 1, data + size);
     const auto outcome = outcomeOf([&] {
-        const std::vector<std::int32_t> colors = vrx::Get_PatternFromString(wide, numItem);
+        const std::vector<std::int32_t> colors = vrx::test::colorsOf(wide, numItem);
         Table table(colors.begin(), colors.end());
         table.resize(static_cast<std::size_t>(numItem) + 1);
         return table;

@@ -6,7 +6,6 @@
 #include <span>
 #include <utility>
 
-#include "ground/bytes.h"
 #include "ground/error.h"
 #include "ground/rounding.h"
 
@@ -14,13 +13,6 @@ namespace vrx {
 namespace {
 
 static_assert(FLT_EVAL_METHOD == 0, "running channel values are single-precision additions");
-
-std::size_t tableSize(std::int32_t numItem) {
-    if (numItem < 0) throw platformError(Platform::SubscriptOutOfRange);
-    const std::uint64_t size = static_cast<std::uint64_t>(numItem) + 1;
-    if (size > kMaxByteCount / sizeof(std::int32_t)) throw platformError(Platform::OutOfMemory);
-    return static_cast<std::size_t>(size);
-}
 
 /// Brings all positions to the scale on which the largest one would be `numItem`.
 void rescale(std::vector<PatternItem>& items, std::size_t largest, std::int32_t numItem) {
@@ -116,11 +108,12 @@ void fillTable(std::span<const PatternItem> stops, std::span<std::int32_t> table
     }
 }
 
-std::vector<std::int32_t> Get_PatternFromString(std::u16string_view pattern, std::int32_t numItem) {
-    std::vector<std::int32_t> table(tableSize(numItem));
+PatternTable Get_PatternFromString(std::u16string_view pattern, std::int32_t numItem) {
+    if (numItem < 0) throw platformError(Platform::SubscriptOutOfRange);
+    PatternTable table(static_cast<std::uint64_t>(numItem) + 1);
     const std::vector<PatternItem> stops = placeStops(pattern, numItem);
     if (numItem == 0) return {};
-    fillTable(stops, table);
+    fillTable(stops, table.colors());
     return table;
 }
 

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ground/bytes.h"
 #include "pattern/engine/modPattern.h"
 
 namespace vrx {
@@ -19,9 +20,23 @@ namespace vrx {
 /// the table.
 void fillTable(std::span<const PatternItem> stops, std::span<std::int32_t> table);
 
+/// A table of colours, all black at first.
+class PatternTable {
+  public:
+    PatternTable() = default;
+    /// Out of memory for one that no process can have.
+    explicit PatternTable(std::uint64_t size) : memory_(size * sizeof(std::int32_t)) {}
+
+    [[nodiscard]] std::span<std::int32_t> colors() {
+        return {reinterpret_cast<std::int32_t*>(memory_.data()), memory_.size() / sizeof(std::int32_t)};
+    }
+
+  private:
+    ZeroedBytes memory_;
+};
+
 /// The colours 0 to `numItem` of a pattern; none when `numItem` is 0. Subscript out of range for a negative
 /// `numItem`, out of memory for one that no table can have, overflow for numbers beyond 32 bits.
-[[nodiscard]] std::vector<std::int32_t> Get_PatternFromString(std::u16string_view pattern,
-                                                              std::int32_t numItem);
+[[nodiscard]] PatternTable Get_PatternFromString(std::u16string_view pattern, std::int32_t numItem);
 
 }  // namespace vrx
