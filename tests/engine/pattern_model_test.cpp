@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <random>
 #include <string>
 
@@ -107,12 +108,17 @@ TEST(PatternModel, RandomNumbersReadAsStepByStep) {
     for (int i = 0; i < 100'000; ++i) {
         const std::string text = randomText(random, "  +-.&HOeD00123456789", 14);
         const std::u16string wide = widened(text);
-        ASSERT_EQ(isNumber(wide), model::isValidNumber(text)) << text;
         std::int32_t expected = 0;
         std::int32_t value = 0;
         const int expectedError = errorNumberOf([&] { expected = model::numericValue(text); });
         ASSERT_EQ(errorNumberOf([&] { value = readNumber(wide); }), expectedError) << text;
         ASSERT_EQ(value, expected) << text;
+
+        const bool isNumber = model::isValidNumber(text);
+        std::optional<std::int32_t> whole;
+        const int wholeError = errorNumberOf([&] { whole = wholeNumber(wide); });
+        ASSERT_EQ(wholeError, isNumber ? expectedError : 0) << text;
+        ASSERT_EQ(whole, isNumber && wholeError == 0 ? std::optional(expected) : std::nullopt) << text;
     }
 }
 

@@ -18,6 +18,8 @@ int errorOf(const std::u16string& text) {
     return errorNumberOf([&] { static_cast<void>(readNumber(text)); });
 }
 
+bool isWholeNumber(const std::u16string& text) { return wholeNumber(text).has_value(); }
+
 TEST(PatternNumber, ADecimalIntegerReadsAsItself) {
     EXPECT_EQ(readNumber(u"0"), 0);
     EXPECT_EQ(readNumber(u"16711680"), 16711680);
@@ -86,8 +88,8 @@ TEST(PatternNumber, AnExponentWithoutDigitsEndsTheNumber) {
     EXPECT_EQ(readNumber(u"3e"), 3);
     EXPECT_EQ(readNumber(u"3e+"), 3);
     EXPECT_EQ(readNumber(u"3ex"), 3);
-    EXPECT_FALSE(isNumber(u"3e"));
-    EXPECT_FALSE(isNumber(u"3e-"));
+    EXPECT_FALSE(isWholeNumber(u"3e"));
+    EXPECT_FALSE(isWholeNumber(u"3e-"));
 }
 
 TEST(PatternNumber, AmpersandHReadsHexadecimalAndAmpersandOReadsOctal) {
@@ -117,22 +119,26 @@ TEST(PatternNumber, ANumberBeyond32BitsOverflows) {
 }
 
 TEST(PatternNumber, AValidNumberConvertsAsAWhole) {
-    for (const char16_t* text : {u"0", u"-5", u"+5", u" 7 ", u"1.5", u".5", u"5.", u"1e3", u"1D-3", u"&HFF",
-                                 u"&o17", u"99999999999999"}) {
-        EXPECT_TRUE(isNumber(text)) << testing::PrintToString(std::u16string(text));
+    for (const char16_t* text :
+         {u"0", u"-5", u"+5", u" 7 ", u"1.5", u".5", u"5.", u"1e3", u"1D-3", u"&HFF", u"&o17"}) {
+        EXPECT_TRUE(isWholeNumber(text)) << testing::PrintToString(std::u16string(text));
     }
 }
 
+TEST(PatternNumber, AValidNumberBeyond32BitsOverflows) {
+    EXPECT_EQ(errorNumberOf([] { static_cast<void>(wholeNumber(u" 99999999999999 ")); }), kOverflow);
+}
+
 TEST(PatternNumber, TheEmptyTextIsNoValidNumber) {
-    EXPECT_FALSE(isNumber(u""));
-    EXPECT_FALSE(isNumber(u"   "));
+    EXPECT_FALSE(isWholeNumber(u""));
+    EXPECT_FALSE(isWholeNumber(u"   "));
 }
 
 TEST(PatternNumber, NothingThatDependsOnALocaleIsAValidNumber) {
     for (const char16_t* text :
          {u"65,280", u"1,5", u"$255", u"(255)", u"255-", u"- 1", u"1 6", u"\t1", u"1\u00A0", u"1e", u"&H",
           u"&HFF&", u"&8", u".", u"-", u"nan", u"inf", u"1.2.3", u"\uFF15"}) {
-        EXPECT_FALSE(isNumber(text)) << testing::PrintToString(std::u16string(text));
+        EXPECT_FALSE(isWholeNumber(text)) << testing::PrintToString(std::u16string(text));
     }
 }
 

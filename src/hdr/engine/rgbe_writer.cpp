@@ -35,9 +35,11 @@ std::uint8_t* writeLiteral(std::span<const std::uint8_t> bytes, std::uint8_t* ou
     return out + bytes.size();
 }
 
-/// Two or three equal bytes.
+/// Two or three equal bytes. No branch goes by their number, which no processor can predict.
 bool isShortRun(const std::uint8_t* bytes, std::size_t count) {
-    return (count == 2 || count == 3) && bytes[0] == bytes[1] && bytes[0] == bytes[count - 1];
+    const bool isShort = (count & ~std::size_t{1}) == 2;
+    const std::size_t last = isShort ? count - 1 : 0;
+    return isShort & (bytes[0] == bytes[last / 2]) & (bytes[0] == bytes[last]);
 }
 
 /// What stands before a long run, or before the end of the row: one short run, or literals. From `bytes` on,
@@ -50,17 +52,17 @@ bool isShortRun(const std::uint8_t* bytes, std::size_t count) {
 /// plane.
 std::uint8_t* writeBeforeRun(const std::uint8_t* bytes, std::size_t count, std::size_t left,
                              std::uint8_t* out) {
-    if (isShortRun(bytes, count)) return writeRun(count, *bytes, out);
+    const bool isRun = isShortRun(bytes, count);
     for (; count >= kMaxLiteral; count -= kMaxLiteral, left -= kMaxLiteral, bytes += kMaxLiteral) {
         *out = kMaxLiteral;
         std::memcpy(out + 1, bytes, kMaxLiteral);
         out += 1 + kMaxLiteral;
     }
     if (left < kMaxLiteral) [[unlikely]]
-        return writeLiteral({bytes, count}, out);
-    *out = static_cast<std::uint8_t>(count);
+        return isRun ? writeRun(count, *bytes, out) : writeLiteral({bytes, count}, out);
+    *out = static_cast<std::uint8_t>(isRun ? 128 + count : count);
     std::memcpy(out + 1, bytes, kMaxLiteral);
-    return out + count + (count != 0 ? 1 : 0);
+    return out + (isRun ? 2 : count + (count != 0 ? 1 : 0));
 }
 
 /// One bit for each byte of a plane: whether it equals the next one. Runs are then found by their bits.

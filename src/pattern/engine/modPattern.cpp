@@ -6,11 +6,6 @@
 #include "pattern/engine/pattern_number.h"
 
 namespace vrx {
-namespace {
-
-std::int32_t readColor(std::u16string_view text) { return isNumber(text) ? readNumber(text) : 0; }
-
-}  // namespace
 
 std::u16string_view Get_NextPatternItem(std::u16string_view& remaining) {
     const std::size_t end = remaining.find(u';');
@@ -22,11 +17,8 @@ std::u16string_view Get_NextPatternItem(std::u16string_view& remaining) {
 
 PatternItem Split_PatternItem(std::u16string_view item) {
     const std::size_t separator = item.find(u'-');
-    if (separator != std::u16string_view::npos) {
-        return {readNumber(item.substr(0, separator)), readColor(item.substr(separator + 1))};
-    }
-    if (isNumber(item)) return {readNumber(item), 0};
-    return {0, readColor(item)};
+    if (separator == std::u16string_view::npos) return {wholeNumber(item).value_or(0), 0};
+    return {readNumber(item.substr(0, separator)), wholeNumber(item.substr(separator + 1)).value_or(0)};
 }
 
 void Swap_PatternColor(CVrxPatternColor& a, CVrxPatternColor& b) {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "ground/blanks.h"
-#include "ground/rounding.h"
+#include "ground/error.h"
 
 namespace vrx {
 namespace {
@@ -25,6 +25,8 @@ char16_t charAt(std::u16string_view text, std::size_t index) {
 
 bool isSign(char16_t c) { return c == u'+' || c == u'-'; }
 
+std::int64_t withSign(char16_t sign, std::int64_t value) { return sign == u'-' ? -value : value; }
+
 /// The value of a digit; 16 for any other character.
 unsigned digitValue(char16_t c) {
     if (c >= u'0' && c <= u'9') return c - u'0';
@@ -38,7 +40,12 @@ std::uint32_t appendDigit(std::uint32_t number, unsigned base, unsigned digit) {
     return longer < kHuge ? static_cast<std::uint32_t>(longer) : kHuge;
 }
 
-Prefix readDigits(std::u16string_view text, unsigned base) {
+struct Digits {
+    std::size_t length;
+    std::uint32_t value;
+};
+
+Digits readDigits(std::u16string_view text, unsigned base) {
     std::size_t length = 0;
     std::uint32_t value = 0;
     for (const char16_t c : text) {
@@ -52,7 +59,7 @@ Prefix readDigits(std::u16string_view text, unsigned base) {
 
 /// Digits behind the two characters of a prefix.
 Prefix readPrefixed(std::u16string_view text, unsigned base) {
-    const Prefix digits = readDigits(text.substr(2), base);
+    const Digits digits = readDigits(text.substr(2), base);
     return digits.length > 0 ? Prefix{digits.length + 2, digits.value} : Prefix{};
 }
 
@@ -60,9 +67,9 @@ Prefix readPrefixed(std::u16string_view text, unsigned base) {
 Prefix readExponent(std::u16string_view text) {
     if (std::u16string_view(u"eEdD").find(charAt(text, 0)) == std::u16string_view::npos) return {};
     const std::size_t start = isSign(charAt(text, 1)) ? 2 : 1;
-    const Prefix digits = readDigits(text.substr(std::min(start, text.size())), 10);
+    const Digits digits = readDigits(text.substr(std::min(start, text.size())), 10);
     if (digits.length == 0) return {};
-    return {start + digits.length, text[1] == u'-' ? -digits.value : digits.value};
+    return {start + digits.length, withSign(text[1], digits.value)};
 }
 
 /// whole.fraction x 10^exponent from its decimal digits, to nearest, halves to even.
@@ -89,7 +96,8 @@ std::int64_t roundDecimal(std::u16string_view whole, std::u16string_view fractio
 
 Prefix readDecimal(std::u16string_view text) {
     const std::size_t start = isSign(charAt(text, 0)) ? 1 : 0;
-    const std::u16string_view whole = text.substr(start, readDigits(text.substr(start), 10).length);
+    const Digits digits = readDigits(text.substr(start), 10);
+    const std::u16string_view whole = text.substr(start, digits.length);
     std::size_t length = start + whole.size();
     std::u16string_view fraction;
     if (charAt(text, length) == u'.') {
@@ -99,8 +107,9 @@ Prefix readDecimal(std::u16string_view text) {
     }
     if (whole.empty() && fraction.empty()) return {};
     const Prefix exponent = readExponent(text.substr(length));
-    const std::int64_t value = roundDecimal(whole, fraction, exponent.value);
-    return {length + exponent.length, text[0] == u'-' ? -value : value};
+    const bool isWhole = fraction.empty() && exponent.value == 0;
+    const std::int64_t value = isWhole ? digits.value : roundDecimal(whole, fraction, exponent.value);
+    return {length + exponent.length, withSign(text[0], value)};
 }
 
 Prefix readPrefix(std::u16string_view text) {
@@ -111,20 +120,25 @@ Prefix readPrefix(std::u16string_view text) {
     return {};
 }
 
+std::int32_t narrowed(std::int64_t value) {
+    if (value != static_cast<std::int32_t>(value)) throw platformError(Platform::Overflow);
+    return static_cast<std::int32_t>(value);
+}
+
 }  // namespace
 
-bool isNumber(std::u16string_view text) {
+std::optional<std::int32_t> wholeNumber(std::u16string_view text) {
     const std::u16string_view trimmed = trimBlanks(text);
-    return !trimmed.empty() && readPrefix(trimmed).length == trimmed.size();
+    const Prefix prefix = readPrefix(trimmed);
+    if (trimmed.empty() || prefix.length != trimmed.size()) return std::nullopt;
+    return narrowed(prefix.value);
 }
 
 std::int32_t readNumber(std::u16string_view text) {
-    if (text.find(u' ') == std::u16string_view::npos) {
-        return toInt32(static_cast<double>(readPrefix(text).value));
-    }
+    if (text.find(u' ') == std::u16string_view::npos) return narrowed(readPrefix(text).value);
     std::u16string packed(text);
     std::erase(packed, u' ');
-    return toInt32(static_cast<double>(readPrefix(packed).value));
+    return narrowed(readPrefix(packed).value);
 }
 
 }  // namespace vrx
