@@ -212,7 +212,7 @@ FileReplacement::FileReplacement(const std::u16string& path) : FileReplacement(U
         checkTarget(attributes);
         const KernelHandle old = openToGo(path_);
         if (!old) return;
-        traits_.emplace(old.get());
+        traits_.emplace(attributes, old.get());
     }
     if (!openSibling()) {
         const DWORD error = GetLastError();
@@ -261,7 +261,7 @@ void FileReplacement::commit() {
     if (!file_) return overwriteTarget();
     flush(file_.get());
     if (traits_) traits_->giveCreationTime(file_.get());
-    const bool lacksAttributes = traits_ && !traits_->hasAttributes(file_.get());
+    const bool lacksAttributes = traits_ && !traits_->hasAttributes(sibling_);
     file_.reset();
     if (lacksAttributes && !traits_->giveAttributes(sibling_)) throwLastError();
     moveSibling();

@@ -22,18 +22,16 @@ void compress(HANDLE file, bool compressed) {
     DeviceIoControl(file, FSCTL_SET_COMPRESSION, &format, sizeof format, nullptr, 0, &answered, nullptr);
 }
 
-DWORD attributesOf(HANDLE file) {
-    BY_HANDLE_FILE_INFORMATION information{};
-    return GetFileInformationByHandle(file, &information) ? information.dwFileAttributes : 0;
+/// None where the system does not tell.
+DWORD attributesOf(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES ? attributes : 0;
 }
 
 }  // namespace
 
-FileTraits::FileTraits(HANDLE file) {
-    BY_HANDLE_FILE_INFORMATION information{};
-    if (!GetFileInformationByHandle(file, &information)) throw win32Error(GetLastError());
-    attributes_ = information.dwFileAttributes;
-    created_ = information.ftCreationTime;
+FileTraits::FileTraits(DWORD attributes, HANDLE file) : attributes_(attributes) {
+    if (!GetFileTime(file, &created_, nullptr, nullptr)) throw win32Error(GetLastError());
     rights_ = rightsOf(file);
 }
 
@@ -56,7 +54,7 @@ FileTraits::Rights FileTraits::rightsOf(HANDLE file) {
 
 bool FileTraits::giveRights(const std::wstring& path, HANDLE file) const {
     const bool compressed = (attributes_ & FILE_ATTRIBUTE_COMPRESSED) != 0;
-    const bool isCompressed = (attributesOf(file) & FILE_ATTRIBUTE_COMPRESSED) != 0;
+    const bool isCompressed = (attributesOf(path) & FILE_ATTRIBUTE_COMPRESSED) != 0;
     if (compressed != isCompressed) compress(file, compressed);
 
     // Most files have what they inherit from their folder, and so has the new one.
@@ -71,9 +69,9 @@ bool FileTraits::giveRights(const std::wstring& path, HANDLE file) const {
 void FileTraits::giveCreationTime(HANDLE file) const { SetFileTime(file, &created_, nullptr, nullptr); }
 
 /// A file that has been written to gets the archive attribute when it is closed at the latest.
-bool FileTraits::hasAttributes(HANDLE file) const {
+bool FileTraits::hasAttributes(const std::wstring& path) const {
     return (attributes_ & FILE_ATTRIBUTE_ARCHIVE) != 0 &&
-           (attributesOf(file) & kSettable) == (attributes_ & kSettable);
+           (attributesOf(path) & kSettable) == (attributes_ & kSettable);
 }
 
 bool FileTraits::giveAttributes(const std::wstring& path) const {

@@ -12,8 +12,9 @@ namespace vrx {
 
 class FileTraits {
   public:
-    /// Those of an existing file, opened for reading its rights. Fails with the platform's errors.
-    explicit FileTraits(HANDLE file);
+    /// Those of an existing file with these attributes, opened for reading its rights. Fails with the
+    /// platform's errors.
+    FileTraits(DWORD attributes, HANDLE file);
 
     /// The attribute that a file can have only from its creation on, for CreateFile: encrypted.
     [[nodiscard]] DWORD creationAttributes() const { return attributes_ & FILE_ATTRIBUTE_ENCRYPTED; }
@@ -26,7 +27,7 @@ class FileTraits {
     /// The rest, for the finished file: what is written changes attributes. The handle is for the time.
     void giveCreationTime(HANDLE file) const;
     /// Whether it has the attributes already, and will keep them when it is closed.
-    [[nodiscard]] bool hasAttributes(HANDLE file) const;
+    [[nodiscard]] bool hasAttributes(const std::wstring& path) const;
     /// False where the system does not allow it.
     [[nodiscard]] bool giveAttributes(const std::wstring& path) const;
 
