@@ -78,7 +78,10 @@ void markStops(std::span<const PatternItem> stops, std::span<std::int32_t> table
 }  // namespace
 
 std::vector<PatternItem> placeStops(std::u16string_view pattern, std::int32_t numItem) {
-    std::vector<PatternItem> items(1);
+    std::vector<PatternItem> items;
+    // The spare, and an item at most behind the last separator.
+    items.reserve(2 + static_cast<std::size_t>(std::ranges::count(pattern, u';')));
+    items.push_back({});
     std::size_t largest = 0;
     while (!pattern.empty()) {
         items.push_back(Split_PatternItem(Get_NextPatternItem(pattern)));
