@@ -10,7 +10,7 @@
 
 #include "failure.h"
 #include "hdr/engine/rgbe_reader.h"
-#include "hdr/engine/rgbe_writer.h"
+#include "plane_codes.h"
 #include "radiance_file.h"
 #include "sample_picture.h"
 
@@ -53,10 +53,8 @@ FileBytes scanlines(const RgbeStore& store) {
     for (int y = 0; y < store.dimY(); ++y) {
         append(file, {2, 2, store.dimX() >> 8, store.dimX() & 255});
         for (int c = 0; c < kRgbeComponents; ++c) {
-            FileBytes codes(runLengthBound(static_cast<std::uint64_t>(store.dimX())));
-            const std::span<const std::uint8_t> plane(store.row(c, y),
-                                                      static_cast<std::size_t>(store.dimX()));
-            codes.resize(static_cast<std::size_t>(encodePlane(plane, codes.data()) - codes.data()));
+            const FileBytes codes =
+                codesBy(baseline::encodePlane, {store.row(c, y), static_cast<std::size_t>(store.dimX())});
             file.insert(file.end(), codes.begin(), codes.end());
         }
     }

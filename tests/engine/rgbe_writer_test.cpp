@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "hdr/engine/rgbe_header.h"
 #include "hdr/engine/rgbe_reader.h"
 #include "memory_sink.h"
+#include "plane_codes.h"
 #include "radiance_file.h"
 #include "run_length_definition.h"
 
@@ -21,14 +21,11 @@ namespace {
 
 using Codes = std::vector<int>;
 
-/// The codes of a plane; plane and room are blocks of their own, so that sanitizers see every byte too far.
+/// The codes of a plane, the same by every kernel.
 Codes codesOf(const FileBytes& plane) {
-    const auto in = std::make_unique<std::uint8_t[]>(plane.size());
-    std::copy(plane.begin(), plane.end(), in.get());
-    const auto room =
-        std::make_unique<std::uint8_t[]>(static_cast<std::size_t>(runLengthBound(plane.size())));
-    std::uint8_t* const end = encodePlane({in.get(), plane.size()}, room.get());
-    return {room.get(), end};
+    const FileBytes codes = codesBy(baseline::encodePlane, plane);
+    for (const EncodePlane encode : planeEncoders()) EXPECT_EQ(codesBy(encode, plane), codes);
+    return {codes.begin(), codes.end()};
 }
 
 FileBytes countingBytes(int size) {
@@ -133,6 +130,15 @@ INSTANTIATE_TEST_SUITE_P(Writer, WriterPlanes,
                          testing::Values(std::pair{1U, 1U}, std::pair{2U, 1U}, std::pair{2U, 5U},
                                          std::pair{3U, 2U}, std::pair{256U, 1U}, std::pair{256U, 4U},
                                          std::pair{256U, 8U}, std::pair{256U, 300U}));
+
+TEST(Writer, PlanesOfTheGreatestSizesAreEncodedAsDefined) {
+    PlaneMaker maker;
+    for (std::size_t size = 65'470; size <= 65'535; ++size) {
+        const FileBytes plane = maker.make(size, 256, 8);
+        const FileBytes expected = definedCodes(plane);
+        ASSERT_EQ(codesOf(plane), Codes(expected.begin(), expected.end())) << size;
+    }
+}
 
 // Files.
 

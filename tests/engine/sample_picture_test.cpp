@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "hdr/engine/rgbe_writer.h"
+#include "plane_codes.h"
 
 namespace vrx::test {
 namespace {
@@ -24,9 +24,8 @@ struct Codes {
 
   private:
     void add(const std::uint8_t* plane, std::size_t width) {
-        std::vector<std::uint8_t> codes(runLengthBound(width));
-        codes.resize(
-            static_cast<std::size_t>(encodePlane({plane, width}, codes.data()) - codes.data()));
+        const std::vector<std::uint8_t> codes = codesBy(baseline::encodePlane, {plane, width});
+        for (const EncodePlane encode : planeEncoders()) EXPECT_EQ(codesBy(encode, {plane, width}), codes);
         for (std::size_t i = 0; i<codes.size(); i += codes[i]> 128 ? 2U : 1U + codes[i]) {
             if (codes[i] > 128) {
                 runs.push_back(codes[i] - 128U);
