@@ -1,5 +1,6 @@
 #include "dialogs/picture_size.h"
 
+#include "com/entry.h"
 #include "dialogs/dpi.h"
 #include "dialogs/engine/preview_frame.h"
 
@@ -7,10 +8,15 @@ namespace vrx {
 
 PictureLengths lengthsOf(const ComPtr<IPicture>& picture) {
     PictureLengths lengths;
-    OLE_HANDLE handle = 0;
-    if (!picture || FAILED(picture->get_Handle(&handle)) || handle == 0) return lengths;
-    picture->get_Width(&lengths.width);
-    picture->get_Height(&lengths.height);
+    if (!picture) return lengths;
+    // The host's object may set another picture meanwhile.
+    const HeldReference kept{ComPtr<IPicture>(picture)};
+    callHost([&] {
+        OLE_HANDLE handle = 0;
+        if (FAILED(kept->get_Handle(&handle)) || handle == 0) return;
+        kept->get_Width(&lengths.width);
+        kept->get_Height(&lengths.height);
+    });
     return lengths;
 }
 

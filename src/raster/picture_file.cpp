@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "com/entry.h"
 #include "com/handle_number.h"
 #include "com/win_resource.h"
 #include "common/device_context.h"
@@ -150,9 +151,11 @@ void renderOnWhite(IPicture& picture, PicturePixels& pixels) {
 HBITMAP bitmapOf(IPicture& picture) {
     SHORT type = PICTYPE_NONE;
     OLE_HANDLE handle = 0;
-    if (FAILED(picture.get_Type(&type)) || type != PICTYPE_BITMAP || FAILED(picture.get_Handle(&handle)))
-        return nullptr;
-    return handleOf<HBITMAP>(static_cast<LONG>(handle));
+    const bool isBitmap = callHost([&] {
+        return SUCCEEDED(picture.get_Type(&type)) && type == PICTYPE_BITMAP &&
+               SUCCEEDED(picture.get_Handle(&handle));
+    });
+    return isBitmap ? handleOf<HBITMAP>(static_cast<LONG>(handle)) : nullptr;
 }
 
 ComPtr<IPicture> loadPicture(const std::u16string& path) {
@@ -165,18 +168,22 @@ ComPtr<IPicture> loadPicture(const std::u16string& path) {
 PictureSize pixelSizeOf(IPicture& picture) {
     OLE_XSIZE_HIMETRIC width = 0;
     OLE_YSIZE_HIMETRIC height = 0;
-    check(picture.get_Width(&width));
-    check(picture.get_Height(&height));
+    check(callHost([&] { return picture.get_Width(&width); }));
+    check(callHost([&] { return picture.get_Height(&height); }));
     return {scaleX(static_cast<float>(width)), scaleY(static_cast<float>(height))};
 }
 
+PicturePixels readPixels(HBITMAP bitmap, PictureSize size) {
+    PicturePixels pixels = makePixels(size);
+    readBitmap(bitmap, pixels);
+    return pixels;
+}
+
 PicturePixels readPixels(IPicture& picture) {
-    PicturePixels pixels = makePixels(pixelSizeOf(picture));
-    if (const HBITMAP bitmap = bitmapOf(picture)) {
-        readBitmap(bitmap, pixels);
-    } else {
-        renderOnWhite(picture, pixels);
-    }
+    const PictureSize size = pixelSizeOf(picture);
+    if (const HBITMAP bitmap = bitmapOf(picture)) return readPixels(bitmap, size);
+    PicturePixels pixels = makePixels(size);
+    renderOnWhite(picture, pixels);
     return pixels;
 }
 

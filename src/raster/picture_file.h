@@ -20,6 +20,9 @@ namespace vrx {
 /// 481 for a file that is no picture.
 [[nodiscard]] ComPtr<IPicture> loadPicture(const std::u16string& path);
 
+// A picture may be an object of the host's, which may leave our frames without returning: no call of it is
+// made while something is owned there that is not held.
+
 /// The picture's own bitmap; null for a picture that holds something else.
 [[nodiscard]] HBITMAP bitmapOf(IPicture& picture);
 
@@ -40,8 +43,11 @@ struct PicturePixels {
     [[nodiscard]] std::span<std::uint8_t> rows() { return {bits.data(), bits.size() - 1}; }
 };
 
-/// The pixels of a picture in its size in pixels of the screen. Icons and metafiles are drawn on white.
+/// The pixels of a picture of ours in its size in pixels of the screen. Icons and metafiles are drawn on
+/// white.
 [[nodiscard]] PicturePixels readPixels(IPicture& picture);
+/// The pixels of a picture's bitmap, in the picture's size.
+[[nodiscard]] PicturePixels readPixels(HBITMAP bitmap, PictureSize size);
 
 /// The pixels of the picture in a file, as loadPicture and readPixels give them.
 [[nodiscard]] PicturePixels loadPixels(const std::u16string& path);

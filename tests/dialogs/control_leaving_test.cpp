@@ -164,6 +164,33 @@ class LeftKeeping : public host::ControlTest {
     void callAgain() const { EXPECT_EQ(control_->put_MousePointer(2), S_OK); }
 };
 
+TEST_F(LeftKeeping, GivesBackItselfWhenAHandlerOfAClickLeaves) {
+    putOnForm();
+    host::pumpMessages();
+    const auto sink = host::Sink::make(DIID___VrxPreviewImg,
+                                       [](DISPID, const DISPPARAMS&) -> HRESULT { host::leaveByJump(); });
+    DWORD cookie = 0;
+    const auto point = host::connectionPoint(*control_.get(), DIID___VrxPreviewImg);
+    ASSERT_EQ(point->Advise(sink.get(), &cookie), S_OK);
+    const auto references = [&] {
+        control_->AddRef();
+        return control_->Release();
+    };
+    const auto click = [&] {
+        EXPECT_TRUE(endsByLeaving([&] {
+            host::click(window(), 5, 5);
+            host::pumpMessages();
+        }));
+        callAgain();
+    };
+    // The first one makes it the form's active object.
+    click();
+    const ULONG before = references();
+    for (int i = 0; i < 3; ++i) click();
+    EXPECT_EQ(references(), before);
+    EXPECT_EQ(point->Unadvise(cookie), S_OK);
+}
+
 TEST_F(LeftKeeping, GivesBackTheReceiverOfViewChanges) {
     const auto view = as<IViewObject>();
     ASSERT_EQ(view->SetAdvise(DVASPECT_CONTENT, 0, &container_), S_OK);

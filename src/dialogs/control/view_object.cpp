@@ -24,7 +24,8 @@ STDMETHODIMP ViewObjectPart::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HD
             container_.readAmbient();
             body_.ambientChanged();
         }
-        drawOnDevice(dc, place, frozen_ ? *frozen_ : body_.scene());
+        const Held<PictureScene> scene(frozen_ ? *frozen_ : body_.scene());
+        drawOnDevice(dc, place, *scene);
         return S_OK;
     });
 }

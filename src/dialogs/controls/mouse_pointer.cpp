@@ -2,6 +2,7 @@
 
 #include <olectl.h>
 
+#include "com/entry.h"
 #include "com/handle_number.h"
 
 namespace vrx {
@@ -41,8 +42,13 @@ LPCWSTR cursorOf(MousePointer pointer) {
 HCURSOR iconCursor(IPicture* icon) {
     SHORT type = PICTYPE_NONE;
     OLE_HANDLE handle = 0;
-    if (!icon || FAILED(icon->get_Type(&type)) || type != PICTYPE_ICON) return nullptr;
-    icon->get_Handle(&handle);
+    if (!icon) return nullptr;
+    const HeldReference kept{ComPtr<IPicture>(icon)};
+    const bool isIcon = callHost([&] {
+        return SUCCEEDED(kept->get_Type(&type)) && type == PICTYPE_ICON &&
+               SUCCEEDED(kept->get_Handle(&handle));
+    });
+    if (!isIcon) return nullptr;
     return handleOf<HCURSOR>(static_cast<LONG>(handle));
 }
 

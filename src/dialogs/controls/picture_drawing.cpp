@@ -2,6 +2,7 @@
 
 #include <olectl.h>
 
+#include "com/entry.h"
 #include "common/device_context.h"
 #include "raster/drawing_surface.h"
 #include "raster/picture_file.h"
@@ -12,8 +13,8 @@ namespace {
 /// The handle of a picture that is a plain bitmap; null for every other kind.
 HBITMAP plainBitmap(IPicture& picture) {
     DWORD attributes = 0;
-    if (SUCCEEDED(picture.get_Attributes(&attributes)) && (attributes & PICTURE_TRANSPARENT)) return nullptr;
-    return bitmapOf(picture);
+    const bool told = SUCCEEDED(callHost([&] { return picture.get_Attributes(&attributes); }));
+    return told && (attributes & PICTURE_TRANSPARENT) ? nullptr : bitmapOf(picture);
 }
 
 /// Printers and metafiles of theirs take a bitmap's bits, but not always what a bitmap of the screen's holds.
@@ -23,9 +24,9 @@ bool isScreen(HDC dc) {
 }
 
 /// True when it was drawn.
-bool stretchBits(HDC dc, IPicture& picture, const RECT& frame) {
+bool stretchBits(HDC dc, IPicture& picture, HBITMAP bitmap, const RECT& frame) {
     try {
-        PicturePixels pixels = readPixels(picture);
+        PicturePixels pixels = readPixels(bitmap, pixelSizeOf(picture));
         BITMAPINFO info{};
         info.bmiHeader = header24(pixels.width, pixels.height);
         info.bmiHeader.biSizeImage = static_cast<DWORD>(pixels.rows().size());  // metafiles go by it
@@ -54,11 +55,12 @@ bool stretchBitmap(HDC dc, HBITMAP bitmap, const RECT& frame) {
 
 /// For a 24-bit section it is one as well: the system would convert the whole of a large picture, only to
 /// show few of its pixels.
-HBITMAP makeCanvas(HDC screen, IPicture* picture, int width, int height) {
+HBITMAP makeCanvas(HWND window, IPicture* picture, int width, int height) {
     DIBSECTION section{};
     const HBITMAP shown = picture ? plainBitmap(*picture) : nullptr;
     const bool isSection = shown && GetObjectW(shown, sizeof section, &section) == sizeof section;
-    if (!isSection || section.dsBmih.biBitCount != 24) return CreateCompatibleBitmap(screen, width, height);
+    if (!isSection || section.dsBmih.biBitCount != 24)
+        return CreateCompatibleBitmap(WindowDc(window).get(), width, height);
     BITMAPINFO info{};
     info.bmiHeader = header24(width, height);
     void* bits = nullptr;
@@ -67,14 +69,16 @@ HBITMAP makeCanvas(HDC screen, IPicture* picture, int width, int height) {
 
 void drawPicture(HDC dc, IPicture& picture, const RECT& frame) {
     const HBITMAP bitmap = plainBitmap(picture);
-    if (bitmap && !isScreen(dc) && stretchBits(dc, picture, frame)) return;
+    if (bitmap && !isScreen(dc) && stretchBits(dc, picture, bitmap, frame)) return;
     if (stretchBitmap(dc, bitmap, frame)) return;
-    OLE_XSIZE_HIMETRIC width = 0;
-    OLE_YSIZE_HIMETRIC height = 0;
-    if (FAILED(picture.get_Width(&width)) || FAILED(picture.get_Height(&height))) return;
-    // A picture's own lengths count from the bottom.
-    picture.Render(dc, frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top, 0, height,
-                   width, -height, nullptr);
+    callHost([&] {
+        OLE_XSIZE_HIMETRIC width = 0;
+        OLE_YSIZE_HIMETRIC height = 0;
+        if (FAILED(picture.get_Width(&width)) || FAILED(picture.get_Height(&height))) return;
+        // A picture's own lengths count from the bottom.
+        picture.Render(dc, frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top, 0,
+                       height, width, -height, nullptr);
+    });
 }
 
 }  // namespace vrx

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "com/entry.h"
 #include "com/win_resource.h"
 #include "common/device_context.h"
 #include "dialogs/controls/picture_drawing.h"
@@ -92,13 +93,14 @@ void drawScene(HDC dc, const RECT& bounds, const PictureScene& scene) {
     if (!scene.label.empty()) {
         drawLabel(dc, bounds, scene);
     } else if (scene.picture && scene.size.cx > 0 && scene.size.cy > 0) {
-        drawPicture(dc, *scene.picture.get(), stretched(scene.frame, scene.size, bounds));
+        const HeldReference picture(scene.picture);
+        drawPicture(dc, *picture.get(), stretched(scene.frame, scene.size, bounds));
     }
 }
 
 /// A metafile is played in units of its own, so its are left as they are.
 void drawOnDevice(HDC dc, const RECT& bounds, const PictureScene& scene) {
-    const SavedDevice saved(dc);
+    const Held<SavedDevice> saved(dc);
     const RECT place = isMetafile(dc) ? bounds : toPixels(dc, bounds);
     IntersectClipRect(dc, place.left, place.top, place.right, place.bottom);
     drawScene(dc, place, scene);

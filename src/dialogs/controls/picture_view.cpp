@@ -4,6 +4,8 @@
 #include <tuple>
 #include <utility>
 
+#include "com/entry.h"
+#include "com/held_resource.h"
 #include "com/win_resource.h"
 #include "common/device_context.h"
 #include "dialogs/controls/accessible_view.h"
@@ -60,6 +62,7 @@ void PictureView::setLook(COLORREF background, COLORREF foreground, std::wstring
 /// The old picture goes last: it may be one of the host's own.
 void PictureView::setPicture(ComPtr<IPicture> picture) {
     std::swap(scene_.picture, picture);
+    const HeldReference old(std::move(picture));
     invalidate();
 }
 
@@ -74,7 +77,7 @@ void PictureView::invalidate() const {
 }
 
 std::optional<LRESULT> PictureView::handle(UINT message, WPARAM wide, LPARAM longer) {
-    const ComPtr<IUnknown> keeper = owner_.viewKeeper();
+    const HeldReference keeper(owner_.viewKeeper());
     switch (message) {
         case WM_ERASEBKGND:
             return 1;
@@ -212,22 +215,22 @@ bool PictureView::clicks(WPARAM key) const {
     return takesKeys() && (key == VK_SPACE || (key == VK_RETURN && has(kEnterClicks)));
 }
 
-/// Everything is drawn off screen first, so that neither the background nor half a picture is ever seen.
+/// Everything is drawn off screen first, so that neither the background nor half a picture is ever seen. A
+/// picture of the host's that leaves from there finds the window painted, and is not asked again and again.
 void PictureView::paint() {
-    const Painting painting(window());
-    const RECT& area = painting.area();
+    const RECT area = Painting(window()).area();
     const int width = area.right - area.left;
     const int height = area.bottom - area.top;
-    if (!painting.dc() || width <= 0 || height <= 0) return;
-    const Bitmap canvas(makeCanvas(painting.dc(), picture().get(), width, height));
-    const BitmapDc buffer(canvas.get());
-    if (!buffer) {
-        draw(painting.dc());
-        return;
-    }
+    if (width <= 0 || height <= 0) return;
+    const HeldReference shown(scene_.picture);
+    const HeldResource canvas(Bitmap(makeCanvas(window(), shown.get(), width, height)));
+    const HeldResource buffer(MemoryDc(CreateCompatibleDC(nullptr)));
+    if (!buffer || !SelectObject(buffer.get(), canvas.get())) return draw(WindowDc(window()).get());
     SetViewportOrgEx(buffer.get(), -area.left, -area.top, nullptr);
     draw(buffer.get());
-    BitBlt(painting.dc(), area.left, area.top, width, height, buffer.get(), area.left, area.top, SRCCOPY);
+    if (!window()) return;
+    BitBlt(WindowDc(window()).get(), area.left, area.top, width, height, buffer.get(), area.left, area.top,
+           SRCCOPY);
 }
 
 void PictureView::draw(HDC dc) const {
