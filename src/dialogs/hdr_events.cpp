@@ -48,8 +48,8 @@ class HdrSink final : public Counted<IDispatch, __CVrxHDR> {
     STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
                         UINT*) override {
         const Entry entry;
-        const ComPtr<HdrSink> self(this);
         try {
+            const HeldReference self{ComPtr<HdrSink>(this)};
             if (listener_ && arguments) receive(event, *arguments);
             return S_OK;
         } catch (...) {

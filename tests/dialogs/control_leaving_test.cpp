@@ -191,6 +191,34 @@ TEST_F(LeftKeeping, GivesBackItselfWhenAHandlerOfAClickLeaves) {
     EXPECT_EQ(point->Unadvise(cookie), S_OK);
 }
 
+/// Leaves when it is asked for anything.
+class LeavingSink final : public IUnknown {
+  public:
+    STDMETHODIMP QueryInterface(REFIID, void**) override { host::leaveByJump(); }
+    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+};
+
+TEST_F(LeftKeeping, GivesBackItselfWhenASinkLeavesItsActivation) {
+    const auto references = [&] {
+        control_->AddRef();
+        return control_->Release();
+    };
+    const auto quick = as<IQuickActivate>();
+    LeavingSink sink;
+    QACONTAINER container{};
+    container.cbSize = sizeof container;
+    container.pUnkEventSink = &sink;
+    QACONTROL control{};
+    control.cbSize = sizeof control;
+    const ULONG before = references();
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(endsByLeaving([&] { quick->QuickActivate(&container, &control); }));
+    }
+    callAgain();
+    EXPECT_EQ(references(), before);
+}
+
 TEST_F(LeftKeeping, GivesBackTheReceiverOfViewChanges) {
     const auto view = as<IViewObject>();
     ASSERT_EQ(view->SetAdvise(DVASPECT_CONTENT, 0, &container_), S_OK);

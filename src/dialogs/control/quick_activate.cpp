@@ -2,6 +2,8 @@
 
 #include <olectl.h>
 
+#include <utility>
+
 namespace vrx {
 
 STDMETHODIMP QuickActivatePart::QuickActivate(QACONTAINER* container, QACONTROL* control) {
@@ -41,9 +43,11 @@ HRESULT QuickActivatePart::connect(const QACONTAINER& container, QACONTROL& cont
 /// Nothing for no sink.
 HRESULT QuickActivatePart::advise(const IID& iid, IUnknown* sink, DWORD& cookie) {
     if (!sink) return S_OK;
-    ComPtr<IConnectionPoint> point;
-    const HRESULT found = events_.FindConnectionPoint(iid, point.put());
-    return FAILED(found) ? found : point->Advise(sink, &cookie);
+    ComPtr<IConnectionPoint> found;
+    const HRESULT answer = events_.FindConnectionPoint(iid, found.put());
+    if (FAILED(answer)) return answer;
+    const HeldReference point(std::move(found));
+    return point->Advise(sink, &cookie);
 }
 
 STDMETHODIMP QuickActivatePart::SetContentExtent(LPSIZEL size) {
