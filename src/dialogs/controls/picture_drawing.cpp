@@ -55,12 +55,11 @@ bool stretchBitmap(HDC dc, HBITMAP bitmap, const RECT& frame) {
 
 /// For a 24-bit section it is one as well: the system would convert the whole of a large picture, only to
 /// show few of its pixels.
-HBITMAP makeCanvas(HWND window, IPicture* picture, int width, int height) {
+HBITMAP makeCanvas(HDC screen, IPicture* picture, int width, int height) {
     DIBSECTION section{};
     const HBITMAP shown = picture ? plainBitmap(*picture) : nullptr;
     const bool isSection = shown && GetObjectW(shown, sizeof section, &section) == sizeof section;
-    if (!isSection || section.dsBmih.biBitCount != 24)
-        return CreateCompatibleBitmap(WindowDc(window).get(), width, height);
+    if (!isSection || section.dsBmih.biBitCount != 24) return CreateCompatibleBitmap(screen, width, height);
     BITMAPINFO info{};
     info.bmiHeader = header24(width, height);
     void* bits = nullptr;

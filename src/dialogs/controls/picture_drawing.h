@@ -7,8 +7,8 @@
 
 namespace vrx {
 
-/// A bitmap to draw a picture on before the window shows it.
-[[nodiscard]] HBITMAP makeCanvas(HWND window, IPicture* picture, int width, int height);
+/// A bitmap to draw a picture on before it is shown.
+[[nodiscard]] HBITMAP makeCanvas(HDC screen, IPicture* picture, int width, int height);
 
 /// Stretches a picture over the frame.
 void drawPicture(HDC dc, IPicture& picture, const RECT& frame);

@@ -1,6 +1,7 @@
 #include "dialogs/controls/picture_view.h"
 
 #include <cstdlib>
+#include <new>
 #include <tuple>
 #include <utility>
 
@@ -215,22 +216,30 @@ bool PictureView::clicks(WPARAM key) const {
     return takesKeys() && (key == VK_SPACE || (key == VK_RETURN && has(kEnterClicks)));
 }
 
-/// Everything is drawn off screen first, so that neither the background nor half a picture is ever seen. A
-/// picture of the host's that leaves from there finds the window painted, and is not asked again and again.
+/// Held, as a picture of the host's may leave while it draws itself; where there is no memory for that, it is
+/// drawn all the same.
 void PictureView::paint() {
-    const RECT area = Painting(window()).area();
+    try {
+        const Held<Painting> painting(window());
+        paint(*painting);
+    } catch (const std::bad_alloc&) {
+        paint(Painting(window()));
+    }
+}
+
+/// Everything is drawn off screen first, so that neither the background nor half a picture is ever seen.
+void PictureView::paint(const Painting& painting) {
+    const RECT& area = painting.area();
     const int width = area.right - area.left;
     const int height = area.bottom - area.top;
-    if (width <= 0 || height <= 0) return;
+    if (!painting.dc() || width <= 0 || height <= 0) return;
     const HeldReference shown(scene_.picture);
-    const HeldResource canvas(Bitmap(makeCanvas(window(), shown.get(), width, height)));
+    const HeldResource canvas(Bitmap(makeCanvas(painting.dc(), shown.get(), width, height)));
     const HeldResource buffer(MemoryDc(CreateCompatibleDC(nullptr)));
-    if (!buffer || !SelectObject(buffer.get(), canvas.get())) return draw(WindowDc(window()).get());
+    if (!buffer || !SelectObject(buffer.get(), canvas.get())) return draw(painting.dc());
     SetViewportOrgEx(buffer.get(), -area.left, -area.top, nullptr);
     draw(buffer.get());
-    if (!window()) return;
-    BitBlt(WindowDc(window()).get(), area.left, area.top, width, height, buffer.get(), area.left, area.top,
-           SRCCOPY);
+    BitBlt(painting.dc(), area.left, area.top, width, height, buffer.get(), area.left, area.top, SRCCOPY);
 }
 
 void PictureView::draw(HDC dc) const {

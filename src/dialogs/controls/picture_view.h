@@ -15,6 +15,8 @@
 
 namespace vrx {
 
+class Painting;
+
 /// A wheel that is tilted, or turned with a second wheel; systems older than this message send none.
 inline constexpr UINT kHorizontalWheel = 0x020E;
 
@@ -94,6 +96,7 @@ class PictureView final : public CustomControl {
     bool drag(POINT pointer);
     void release(POINT pointer);
     void paint();
+    void paint(const Painting& painting);
     void draw(HDC dc) const;
     [[nodiscard]] bool clicks(WPARAM key) const;
     [[nodiscard]] bool showPointer() const;
