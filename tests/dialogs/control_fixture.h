@@ -68,6 +68,11 @@ class ControlTest : public testing::Test {
     HRESULT verb(LONG number) {
         return ole_->DoVerb(number, nullptr, container_.site(), 0, form_, &container_.place);
     }
+    /// To the control.
+    [[nodiscard]] ULONG references() const {
+        control_->AddRef();
+        return control_->Release();
+    }
     [[nodiscard]] HWND window() const {
         HWND found = nullptr;
         as<IOleInPlaceObject>()->GetWindow(&found);

@@ -94,10 +94,6 @@ class PictureOfTheHost : public host::ControlTest {
         EXPECT_EQ(picture_.references(), 0u);
     }
 
-    [[nodiscard]] ULONG references() const {
-        control_->AddRef();
-        return control_->Release();
-    }
     void paint() const {
         InvalidateRect(window(), nullptr, FALSE);
         host::pumpMessages();

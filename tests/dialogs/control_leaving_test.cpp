@@ -172,10 +172,6 @@ TEST_F(LeftKeeping, GivesBackItselfWhenAHandlerOfAClickLeaves) {
     DWORD cookie = 0;
     const auto point = host::connectionPoint(*control_.get(), DIID___VrxPreviewImg);
     ASSERT_EQ(point->Advise(sink.get(), &cookie), S_OK);
-    const auto references = [&] {
-        control_->AddRef();
-        return control_->Release();
-    };
     const auto click = [&] {
         EXPECT_TRUE(endsByLeaving([&] {
             host::click(window(), 5, 5);
@@ -200,10 +196,6 @@ class LeavingSink final : public IUnknown {
 };
 
 TEST_F(LeftKeeping, GivesBackItselfWhenASinkLeavesItsActivation) {
-    const auto references = [&] {
-        control_->AddRef();
-        return control_->Release();
-    };
     const auto quick = as<IQuickActivate>();
     LeavingSink sink;
     QACONTAINER container{};
