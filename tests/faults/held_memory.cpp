@@ -45,4 +45,15 @@ std::size_t heldMemory() {
     return bytes.used + privatePages() - bytes.committed;
 }
 
+long heldMemoryDoubt() {
+    constexpr std::size_t kSize = 12;
+    constexpr long kGroups = 16 * 1024;
+    std::array<void*, 100> blocks{};
+    const std::size_t before = heldMemory();
+    for (void*& block : blocks) block = HeapAlloc(GetProcessHeap(), 0, kSize);
+    const bool exact = heldMemory() == before + blocks.size() * kSize;
+    for (void* const block : blocks) HeapFree(GetProcessHeap(), 0, block);
+    return exact ? 0 : kGroups;
+}
+
 }  // namespace faults

@@ -28,6 +28,7 @@ TEST(Holdings, TellHandlesDrawingObjectsAndWindows) {
 }
 
 TEST(HeldMemory, TellsBlocksOfEveryHeapToTheByte) {
+    if (faults::heldMemoryDoubt() != 0) GTEST_SKIP() << "the heap takes room for many small blocks at once";
     const std::size_t before = faults::heldMemory();
     EXPECT_EQ(faults::heldMemory(), before);
     std::array<void*, 100> small{};
