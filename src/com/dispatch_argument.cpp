@@ -6,6 +6,7 @@
 
 #include "com/class_table.h"
 #include "com/com_ptr.h"
+#include "com/entry.h"
 #include "com/hresult_failure.h"
 #include "com/type_library.h"
 #include "ground/error.h"
@@ -22,14 +23,20 @@ bool isOmitted(const VARIANT& inner) {
 
 [[noreturn]] void throwTypeMismatch() { throw platformError(Platform::TypeMismatch); }
 
+const IID& interfaceIdOf(const Parameter& parameter) {
+    if (parameter.iid != IID{}) return parameter.iid;
+    return parameter.type == VT_DISPATCH ? IID_IDispatch : IID_IUnknown;
+}
+
+/// The host's object is asked while nothing is held for it here.
 Variant convertObject(const VARIANT& source, const Parameter& parameter) {
-    Variant object = convert(source, parameter.type);
-    IUnknown* old = V_UNKNOWN(&object.get());
-    if (!old || parameter.iid == IID{}) return object;
+    IUnknown* given = objectIn(source);
     void* wanted = nullptr;
-    if (FAILED(old->QueryInterface(parameter.iid, &wanted))) throwTypeMismatch();
+    if (given && FAILED(callHost([&] { return given->QueryInterface(interfaceIdOf(parameter), &wanted); })))
+        throwTypeMismatch();
+    Variant object;
+    V_VT(&object.get()) = parameter.type;
     V_UNKNOWN(&object.get()) = static_cast<IUnknown*>(wanted);
-    old->Release();
     return object;
 }
 

@@ -49,6 +49,17 @@ class HostCall {
     std::size_t depth_ = 0;
 };
 
+/// Another interface of an object that may be the host's; empty when it has none such. Whoever asks holds
+/// nothing for it: asking is the host's code.
+template <class Interface>
+[[nodiscard]] ComPtr<Interface> interfaceOf(IUnknown* object) {
+    if (!object) return {};
+    const HostCall host;
+    ComPtr<Interface> found;
+    object->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(found.put()));
+    return found;
+}
+
 /// When the host's code has run last on this stack: another value each time. Not known without a record.
 struct HostTurn {
     const void* stack = nullptr;

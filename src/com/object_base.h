@@ -110,6 +110,10 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
   protected:
     virtual ~ObjectBase() = default;
 
+    /// What the object ends with others before its destructor, and everything there that is the host's code:
+    /// that may leave.
+    virtual void letGo() noexcept {}
+
     /// An interface that a piece of the object implements (part.h); null for none.
     virtual void* findPart(REFIID) { return nullptr; }
 
@@ -182,11 +186,18 @@ class ObjectBase : public Interface, public ISupportErrorInfo, public IProvideCl
         return *known;
     }
 
-    void destroy() {
+    void destroy() noexcept {
         const Entry entry;
-        // The destructor may call into code that takes and gives back references to the object.
+        // Code that runs now may take references to the object and give them back.
         references_ = kDestroying;
-        delete this;
+        try {
+            const FrameEnd end([](void* target) noexcept { delete static_cast<ObjectBase*>(target); }, this);
+            letGo();
+        } catch (const std::bad_alloc&) {
+            // Where nothing can be recorded, nothing that is left can be made good.
+            letGo();
+            delete this;
+        }
     }
 
     static constexpr long kDestroying = 0x40000000;

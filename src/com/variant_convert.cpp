@@ -185,6 +185,15 @@ Variant convert(const VARIANT& value, VARTYPE type) {
     return converted;
 }
 
+IUnknown* objectIn(const VARIANT& value) {
+    const VARIANT& inner = followReferences(const_cast<VARIANT&>(value));
+    const VARTYPE type = V_VT(&inner) & static_cast<VARTYPE>(~VT_BYREF);
+    if (type != VT_DISPATCH && type != VT_UNKNOWN) throwTypeMismatch();
+    if (!V_ISBYREF(&inner)) return V_UNKNOWN(&inner);
+    if (!V_BYREF(&inner)) throwTypeMismatch();
+    return *V_UNKNOWNREF(&inner);
+}
+
 void putVariant(VARIANT& target, Variant value) {
     VARIANT& place = followReferences(target);
     if (!V_ISBYREF(&place)) {

@@ -57,6 +57,10 @@ class Variant {
 /// `value`, which may be a reference, as a variant of `type`.
 [[nodiscard]] Variant convert(const VARIANT& value, VARTYPE type);
 
+/// The object in a variant, which may be a reference and keeps it; null for none. A type mismatch for
+/// everything that is no object.
+[[nodiscard]] IUnknown* objectIn(const VARIANT& value);
+
 /// Gives a host's variant a new value: through the reference that it holds, converted to the type there, or
 /// in its place.
 void putVariant(VARIANT& target, Variant value);

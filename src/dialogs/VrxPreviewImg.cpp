@@ -25,8 +25,6 @@ constexpr DISPID kMouseIcon = 9;
 // What screen readers call a preview that its container gives no name.
 constexpr wchar_t kName[] = L"Preview";
 
-ComPtr<IPicture> pictureOf(IPictureDisp* picture) { return ComPtr<IPictureDisp>(picture).as<IPicture>(); }
-
 /// Of a container whose texts are read from right to left.
 bool isRightToLeft(LCID locale) {
     const WORD language = PRIMARYLANGID(LANGIDFROMLCID(locale));
@@ -44,10 +42,13 @@ VrxPreviewImg::VrxPreviewImg()
     view_.setSize(ole_.designedSize());
 }
 
-VrxPreviewImg::~VrxPreviewImg() {
-    if (!hdr_) return;
-    hdr_.object()->EndHDR();
-    static_cast<void>(doEvents());
+void VrxPreviewImg::letGo() noexcept {
+    if (hdr_) {
+        callHost([&] { return hdr_.object()->EndHDR(); });
+        static_cast<void>(doEvents());
+    }
+    hdr_.end();
+    view_.destroy();
 }
 
 void VrxPreviewImg::createInPlaceOf(HWND control) {
@@ -63,11 +64,11 @@ void VrxPreviewImg::createInPlaceOf(HWND control) {
 }
 
 STDMETHODIMP VrxPreviewImg::get_Picture(IPictureDisp** value) {
-    return answer(value, [&] { return view_.picture().as<IPictureDisp>(); });
+    return answer(value, [&] { return interfaceOf<IPictureDisp>(view_.picture().get()); });
 }
 
 STDMETHODIMP VrxPreviewImg::put_Picture(IPictureDisp* value) {
-    return run([&] { view_.setPicture(pictureOf(value)); });
+    return run([&] { view_.setPicture(interfaceOf<IPicture>(value)); });
 }
 
 STDMETHODIMP VrxPreviewImg::get_objHDR(_CVrxHDR** value) {
@@ -115,11 +116,11 @@ STDMETHODIMP VrxPreviewImg::put_MousePointer(short value) {
 }
 
 STDMETHODIMP VrxPreviewImg::get_MouseIcon(IPictureDisp** value) {
-    return answer(value, [&] { return kept_.icon.as<IPictureDisp>(); });
+    return answer(value, [&] { return interfaceOf<IPictureDisp>(kept_.icon.get()); });
 }
 
 STDMETHODIMP VrxPreviewImg::putref_MouseIcon(IPictureDisp* value) {
-    return change(kMouseIcon, iconChanged_, [&] { kept_.icon = pictureOf(value); });
+    return change(kMouseIcon, iconChanged_, [&] { kept_.icon = interfaceOf<IPicture>(value); });
 }
 
 /// S_FALSE where a receiver of property changes refuses it.

@@ -96,7 +96,8 @@ class VrxPreviewImg final : public ObjectBase<_VrxPreviewImg, BindableEventSourc
     STDMETHODIMP Save(IPropertyBag* bag, BOOL clearDirty, BOOL saveAll) override;
 
   private:
-    ~VrxPreviewImg() override;
+    ~VrxPreviewImg() override = default;
+    void letGo() noexcept override;
 
     void* findPart(REFIID iid) override { return ole_.find(iid); }
 

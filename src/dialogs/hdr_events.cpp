@@ -12,11 +12,6 @@
 namespace vrx {
 namespace {
 
-ComPtr<IPicture> pictureIn(const VARIANT& value) {
-    const Variant object = convert(value, VT_DISPATCH);
-    return ComPtr<IDispatch>(V_DISPATCH(&object.get())).as<IPicture>();
-}
-
 /// Counts a preview while it runs.
 class PreviewCount {
   public:
@@ -67,7 +62,7 @@ class HdrSink final : public Counted<IDispatch, __CVrxHDR> {
             const Variant dimY = convert(arguments.rgvarg[0], VT_I4);
             listener_->headerLoaded(V_I4(&dimX.get()), V_I4(&dimY.get()));
         } else if (event == kOnRefresh && arguments.cArgs == 1) {
-            listener_->pictureRefreshed(pictureIn(arguments.rgvarg[0]));
+            listener_->pictureRefreshed(interfaceOf<IPicture>(objectIn(arguments.rgvarg[0])));
         }
     }
 
@@ -76,54 +71,67 @@ class HdrSink final : public Counted<IDispatch, __CVrxHDR> {
 
 HdrConnection::HdrConnection(HdrListener& listener) : listener_(listener) {}
 
-HdrConnection::~HdrConnection() { connect({}); }
+/// The object may keep the sink beyond this.
+HdrConnection::Followed::~Followed() {
+    if (sink) sink->forget();
+}
+
+HRESULT HdrConnection::Followed::begin(HdrListener& listener) {
+    sink = ComPtr<HdrSink>(new HdrSink(listener));
+    const HeldReference container(interfaceOf<IConnectionPointContainer>(object.get()));
+    if (!container) return E_NOINTERFACE;
+    return callHost([&] {
+        const HRESULT found = container->FindConnectionPoint(DIID___CVrxHDR, point.put());
+        return SUCCEEDED(found) ? point->Advise(sink.get(), &cookie) : found;
+    });
+}
+
+void HdrConnection::Followed::end() noexcept {
+    if (sink) sink->forget();
+    if (cookie == 0) return;
+    const DWORD ended = std::exchange(cookie, 0);
+    callHost([&] { return point->Unadvise(ended); });
+}
 
 void HdrConnection::connect(ComPtr<_CVrxHDR> object) {
-    ComPtr<HdrSink> sink;
-    ComPtr<IConnectionPoint> point;
-    DWORD cookie = 0;
-    if (object) {
-        sink = ComPtr<HdrSink>(new HdrSink(listener_));
-        const auto container = object.as<IConnectionPointContainer>();
-        HRESULT result =
-            container ? container->FindConnectionPoint(DIID___CVrxHDR, point.put()) : E_NOINTERFACE;
-        if (SUCCEEDED(result)) result = point->Advise(sink.get(), &cookie);
-        if (FAILED(result)) {
-            throw platformError(result == E_OUTOFMEMORY ? Platform::OutOfMemory : Platform::InvalidCall);
-        }
+    const Held<Followed> next;
+    next->object = std::move(object);
+    const HRESULT begun = next->object ? next->begin(listener_) : S_OK;
+    if (FAILED(begun)) {
+        throw platformError(begun == E_OUTOFMEMORY ? Platform::OutOfMemory : Platform::InvalidCall);
     }
     // The old object hears of it last: what it does then may connect another one.
-    const ComPtr<HdrSink> oldSink = std::exchange(sink_, std::move(sink));
-    const ComPtr<IConnectionPoint> oldPoint = std::exchange(point_, std::move(point));
-    const DWORD oldCookie = std::exchange(cookie_, cookie);
-    const ComPtr<_CVrxHDR> oldObject = std::exchange(object_, std::move(object));
-    if (oldSink) oldSink->forget();
-    if (oldPoint) oldPoint->Unadvise(oldCookie);
+    std::swap(followed_, *next);
+    next->end();
 }
 
 void HdrConnection::preview(const std::u16string& file) {
-    if (!object_) throw platformError(Platform::ObjectNotSet);
+    if (!object()) throw platformError(Platform::ObjectNotSet);
     // What happens meanwhile may connect another one.
-    const Held<ComPtr<_CVrxHDR>> object(object_);
+    const HeldReference current{ComPtr<_CVrxHDR>(object())};
     const Held<Bstr> name(toBstr(file));
     if (isLoading()) {
-        if (const auto running = object->as<IHdrFriend>())
+        if (const auto running = interfaceOf<IHdrFriend>(current.get()))
             return checkCall(running->setFileName(name->get()));
     }
     const Held<PreviewCount> count(previews_);
-    checkCall((*object)->Get_Preview(name->get()));
+    checkCall(callHost([&] { return current->Get_Preview(name->get()); }));
 }
 
 bool HdrConnection::isLoading() const {
     VARIANT_BOOL loading = VARIANT_FALSE;
-    return object_ && SUCCEEDED(object_->get_HDRLoading(&loading)) && loading != VARIANT_FALSE;
+    return object() && SUCCEEDED(callHost([&] { return object()->get_HDRLoading(&loading); })) &&
+           loading != VARIANT_FALSE;
 }
 
 void HdrConnection::endLoad() const {
     if (!isLoading()) return;
-    object_->EndHDR();
-    // A load that is to end still takes the wish to begin again; after this it does not.
-    object_->Init();
+    const HeldReference current{ComPtr<_CVrxHDR>(object())};
+    callHost([&] {
+        current->EndHDR();
+        // A load that is to end still takes the wish to begin again; after this it does not.
+        return current->Init();
+    });
 }
 
 }  // namespace vrx

@@ -31,13 +31,15 @@ class HdrConnection {
     explicit HdrConnection(HdrListener& listener);
     HdrConnection(const HdrConnection&) = delete;
     HdrConnection& operator=(const HdrConnection&) = delete;
-    ~HdrConnection();
+    ~HdrConnection() { end(); }
 
     /// Follows this object from now on; none when it is empty. Error 5 for an object without such events: the
     /// one before then stays.
     void connect(ComPtr<_CVrxHDR> object);
-    [[nodiscard]] const ComPtr<_CVrxHDR>& object() const { return object_; }
-    explicit operator bool() const { return static_cast<bool>(object_); }
+    [[nodiscard]] const ComPtr<_CVrxHDR>& object() const { return followed_.object; }
+    explicit operator bool() const { return static_cast<bool>(followed_.object); }
+    /// Hears of the object no more, which it may still hold. Needs no memory.
+    void end() noexcept { followed_.end(); }
 
     /// Loads a file with preview; a load that runs begins again with this file instead. Throws the object's
     /// failure, number, source and description; error 91 without an object.
@@ -49,13 +51,27 @@ class HdrConnection {
     void endLoad() const;
 
   private:
+    /// An object, and what connects it with the listener. Its class may be the host's.
+    struct Followed {
+        ComPtr<_CVrxHDR> object;
+        ComPtr<IConnectionPoint> point;
+        ComPtr<HdrSink> sink;
+        DWORD cookie = 0;
+
+        Followed() = default;
+        Followed(Followed&&) noexcept = default;
+        Followed& operator=(Followed&&) noexcept = default;
+        ~Followed();
+
+        HRESULT begin(HdrListener& listener);
+        /// Once; nothing where it has not begun.
+        void end() noexcept;
+    };
+
     [[nodiscard]] bool isLoading() const;
 
     HdrListener& listener_;
-    ComPtr<_CVrxHDR> object_;
-    ComPtr<IConnectionPoint> point_;
-    ComPtr<HdrSink> sink_;
-    DWORD cookie_ = 0;
+    Followed followed_;
     int previews_ = 0;  // that are being loaded, one within the other
 };
 

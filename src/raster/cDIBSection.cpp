@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "com/com_ptr.h"
+#include "com/entry.h"
 #include "common/device_context.h"
 #include "common/message_box.h"
 #include "ground/error.h"
@@ -76,7 +76,7 @@ bool cDIBSection::CreateDIB(HDC lhDC, std::int32_t lWidth, std::int32_t lHeight,
 
 void cDIBSection::CreateFromPicture(IPictureDisp* picThis) {
     if (!picThis) throw platformError(Platform::ObjectNotSet);
-    const auto picture = ComPtr<IPictureDisp>(picThis).as<IPicture>();
+    const HeldReference picture(interfaceOf<IPicture>(picThis));
     const HBITMAP bitmap = picture ? bitmapOf(*picture.get()) : nullptr;
     BITMAP size{};
     GetObjectA(bitmap, sizeof size, &size);

@@ -139,6 +139,50 @@ class StorageOf final : public IStorage {
     IStream& stream_;
 };
 
+/// Leaves when it is asked what it is. On the stack of the test.
+class LeavingObject final : public IDispatch {
+  public:
+    [[nodiscard]] ULONG references() const { return references_; }
+
+    STDMETHODIMP QueryInterface(REFIID, void**) override { host::leaveByJump(); }
+    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+    STDMETHODIMP_(ULONG) Release() override { return --references_; }
+    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
+        host::leaveByJump();
+    }
+
+  private:
+    ULONG references_ = 0;
+};
+
+/// Has this object as the property of this name.
+class BagOf final : public IPropertyBag {
+  public:
+    BagOf(const wchar_t* name, LeavingObject& object) : name_(name), object_(object) {}
+
+    STDMETHODIMP QueryInterface(REFIID, void** object) override {
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+    STDMETHODIMP Read(LPCOLESTR name, VARIANT* value, IErrorLog*) override {
+        if (name != name_) return E_INVALIDARG;
+        V_VT(value) = VT_DISPATCH;
+        V_DISPATCH(value) = &object_;
+        object_.AddRef();
+        return S_OK;
+    }
+    STDMETHODIMP Write(LPCOLESTR, VARIANT*) override { return S_OK; }
+
+  private:
+    const std::wstring name_;
+    LeavingObject& object_;
+};
+
 /// Leaves with every property that it is to keep.
 class LeavingBag final : public IPropertyBag {
   public:
@@ -250,6 +294,42 @@ TEST_F(LeftKeeping, GivesBackThePictureThatAPropertyBagIsGiven) {
     EXPECT_TRUE(endsByLeaving([&] { kept->Save(&bag, FALSE, TRUE); }));
     callAgain();
     EXPECT_EQ(references(), before);
+}
+
+TEST_F(LeftKeeping, GivesBackTheObjectsOfAPropertyBag) {
+    const auto kept = as<IPersistPropertyBag>();
+    for (const wchar_t* name : {L"MousePointer", L"MouseIcon"}) {
+        LeavingObject object;
+        BagOf bag(name, object);
+        EXPECT_TRUE(endsByLeaving([&] { kept->Load(&bag, nullptr); })) << name;
+        callAgain();
+        EXPECT_EQ(object.references(), 0u) << name;
+    }
+}
+
+TEST_F(LeftKeeping, GivesBackAnObjectThatIsAssignedLateBound) {
+    LeavingObject object;
+    VARIANT argument{};
+    V_DISPATCH(&argument) = &object;
+    for (const VARTYPE type : {VT_DISPATCH, VT_UNKNOWN}) {
+        V_VT(&argument) = type;
+        for (const wchar_t* name : {L"Picture", L"MouseIcon", L"objHDR"}) {
+            const WORD flags =
+                name == std::wstring(L"Picture") ? DISPATCH_PROPERTYPUT : DISPATCH_PROPERTYPUTREF;
+            EXPECT_TRUE(endsByLeaving([&] { host::put(*control_.get(), name, argument, flags); })) << name;
+            callAgain();
+            EXPECT_EQ(object.references(), 0u) << name;
+        }
+    }
+}
+
+TEST_F(LeftKeeping, GivesBackAPictureThatIsAssignedEarlyBound) {
+    LeavingObject object;
+    auto* const picture = reinterpret_cast<IPictureDisp*>(static_cast<IDispatch*>(&object));
+    EXPECT_TRUE(endsByLeaving([&] { control_->put_Picture(picture); }));
+    EXPECT_TRUE(endsByLeaving([&] { control_->putref_MouseIcon(picture); }));
+    callAgain();
+    EXPECT_EQ(object.references(), 0u);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "com/com_ptr.h"
+#include "com/entry.h"
 #include "com/variant_convert.h"
 
 namespace vrx {
@@ -30,7 +31,7 @@ class Container {
     /// Another interface of the site; empty where there is none.
     template <class Interface>
     [[nodiscard]] ComPtr<Interface> siteAs() const {
-        return site_ ? site_.as<Interface>() : ComPtr<Interface>();
+        return interfaceOf<Interface>(site_.get());
     }
     /// Empty for none. Does not ask for the ambient properties yet.
     void setSite(ComPtr<IOleClientSite> site);

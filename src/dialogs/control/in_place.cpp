@@ -121,7 +121,7 @@ void InPlace::hide() {
 
 /// A container that decides itself who gets the keyboard is asked.
 bool InPlace::mayHaveKeyboard(IOleInPlaceSite& site) const {
-    const HeldReference asked(ComPtr<IOleInPlaceSite>(&site).as<IOleInPlaceSiteEx>());
+    const HeldReference asked(interfaceOf<IOleInPlaceSiteEx>(&site));
     return !asked || callHost([&] { return asked->RequestUIActivate(); }) == S_OK;
 }
 

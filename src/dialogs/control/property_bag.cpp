@@ -28,10 +28,8 @@ Variant readProperty(IPropertyBag& bag, const wchar_t* name, VARTYPE type, IErro
 
 ComPtr<IPicture> pictureIn(const VARIANT& value) {
     if (V_VT(&value) == VT_EMPTY) return {};
-    if (V_VT(&value) != VT_DISPATCH && V_VT(&value) != VT_UNKNOWN)
-        throw platformError(Platform::TypeMismatch);
-    const ComPtr<IUnknown> object(V_UNKNOWN(&value));
-    const auto picture = object ? object.as<IPicture>() : ComPtr<IPicture>();
+    IUnknown* object = objectIn(value);
+    auto picture = interfaceOf<IPicture>(object);
     if (object && !picture) throw platformError(Platform::TypeMismatch);
     return picture;
 }
@@ -39,11 +37,11 @@ ComPtr<IPicture> pictureIn(const VARIANT& value) {
 }  // namespace
 
 KeptProperties readProperties(IPropertyBag& bag, IErrorLog* log) {
-    KeptProperties properties;
-    const Variant pointer = convert(readProperty(bag, kMousePointerName, VT_I2, log).get(), VT_I2);
-    properties.pointer = static_cast<MousePointer>(V_I2(&pointer.get()));
-    properties.icon = pictureIn(readProperty(bag, kMouseIconName, VT_DISPATCH, log).get());
-    return properties;
+    // Each may be an object, which is asked what it is.
+    const Held<Variant> number(readProperty(bag, kMousePointerName, VT_I2, log));
+    const Variant pointer = convert(number->get(), VT_I2);
+    const Held<Variant> icon(readProperty(bag, kMouseIconName, VT_DISPATCH, log));
+    return {static_cast<MousePointer>(V_I2(&pointer.get())), pictureIn(icon->get())};
 }
 
 HRESULT writePointer(IPropertyBag& bag, MousePointer pointer) {
@@ -54,7 +52,7 @@ HRESULT writePointer(IPropertyBag& bag, MousePointer pointer) {
 HRESULT writeIcon(IPropertyBag& bag, const ComPtr<IPicture>& icon) {
     const Held<Variant> value;
     V_VT(&value->get()) = VT_DISPATCH;
-    V_DISPATCH(&value->get()) = icon ? icon.as<IPictureDisp>().detach() : nullptr;
+    V_DISPATCH(&value->get()) = interfaceOf<IPictureDisp>(icon.get()).detach();
     return callHost([&] { return bag.Write(kMouseIconName, &value->get()); });
 }
 

@@ -65,7 +65,7 @@ ByteList readBytes(IStream& stream, std::uint32_t count) {
 
 ByteList pictureBytes(IPicture* picture) {
     if (!picture) return {};
-    const HeldReference kept(ComPtr<IPicture>(picture).as<IPersistStream>());
+    const HeldReference kept(interfaceOf<IPersistStream>(picture));
     if (!kept) throw HresultFailure{E_NOINTERFACE};
     const HeldReference stream(makeStream());
     throwIfFailed(callHost([&] { return kept->Save(stream.get(), FALSE); }));
