@@ -21,7 +21,7 @@ bool isEmpty(_CVrxHDR& object) {
 
 }  // namespace
 
-frmLoadHDR::frmLoadHDR() : LoadDialog(kKind), hdr_(*this) {}
+frmLoadHDR::frmLoadHDR(VrxPreviewImg& preview) : LoadDialog(kKind, preview), hdr_(*this) {}
 
 void frmLoadHDR::onLoad() {
     LoadDialog::onLoad();

@@ -10,7 +10,7 @@ namespace vrx {
 
 class frmLoadHDR final : public LoadDialog, private HdrListener {
   public:
-    frmLoadHDR();
+    explicit frmLoadHDR(VrxPreviewImg& preview);
 
     void setObjHDR(ComPtr<_CVrxHDR> object) { hdr_.connect(std::move(object)); }
     [[nodiscard]] const ComPtr<_CVrxHDR>& objHDR() const { return hdr_.object(); }

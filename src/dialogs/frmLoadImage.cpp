@@ -11,7 +11,7 @@ constexpr LoadDialogKind kKind{IDD_FRMLOADIMAGE, file_types::kImageLoader, setti
 
 }  // namespace
 
-frmLoadImage::frmLoadImage() : LoadDialog(kKind) {}
+frmLoadImage::frmLoadImage(VrxPreviewImg& preview) : LoadDialog(kKind, preview) {}
 
 void frmLoadImage::showChosenFile() {
     setPreviewFile(chosen());

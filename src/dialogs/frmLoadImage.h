@@ -7,7 +7,7 @@ namespace vrx {
 
 class frmLoadImage final : public LoadDialog {
   public:
-    frmLoadImage();
+    explicit frmLoadImage(VrxPreviewImg& preview);
 
   private:
     void showChosenFile() override;

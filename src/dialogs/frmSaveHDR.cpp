@@ -35,11 +35,11 @@ std::u16string temporaryBitmap(const std::u16string& target) {
 
 }  // namespace
 
-frmSaveHDR::frmSaveHDR() : SaveDialog(kKind), preview_(new VrxPreviewImg) {}
+frmSaveHDR::frmSaveHDR(VrxPreviewImg& preview) : SaveDialog(kKind), preview_(preview) {}
 
 void frmSaveHDR::onLoad() {
     SaveDialog::onLoad();
-    preview_->createInPlaceOf(control(IDC_VRXPREVIMG));
+    preview_.createInPlaceOf(control(IDC_VRXPREVIMG));
     anchorControls();
     exposure_.attach(control(IDC_SLIDER2), kExposureScale);
     gamma_.attach(control(IDC_SLIDER3), kGammaScale);
@@ -47,7 +47,7 @@ void frmSaveHDR::onLoad() {
         SendDlgItemMessageW(window(), IDC_CMBAUTOEXPTYPE, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(type));
     if (!object_) return;
     showExposition();
-    preview_->putref_objHDR(object_.get());
+    preview_.putref_objHDR(object_.get());
     applyExposure();
     applyGamma();
     render();
@@ -109,7 +109,7 @@ void frmSaveHDR::refresh() {
     std::optional<WaitCursor> wait;
     if (slow != VARIANT_FALSE) wait.emplace();
     render();
-    UpdateWindow(preview_->window());
+    UpdateWindow(preview_.window());
 }
 
 /// The preview follows by the object's event. What cannot be painted is not shown; it may be saved all the
@@ -119,9 +119,9 @@ void frmSaveHDR::render() {
     long width = 0;
     object_->get_DimX(&width);
     // An object without pixels paints a single one.
-    if (width < 1) preview_->put_Picture(nullptr);
+    if (width < 1) preview_.put_Picture(nullptr);
     // After a picture that could not be painted there is no frame yet.
-    preview_->FitPicture();
+    preview_.FitPicture();
 }
 
 void frmSaveHDR::writePicture(SaveFormat format, const std::u16string& fullName) {

@@ -10,7 +10,7 @@ namespace vrx {
 
 class frmSaveHDR final : public SaveDialog {
   public:
-    frmSaveHDR();
+    explicit frmSaveHDR(VrxPreviewImg& preview);
 
     /// The object that is shown and saved.
     void setObjHDR(ComPtr<_CVrxHDR> object) { object_ = std::move(object); }
@@ -29,7 +29,7 @@ class frmSaveHDR final : public SaveDialog {
     void render();
 
     ComPtr<_CVrxHDR> object_;
-    ComPtr<VrxPreviewImg> preview_;
+    VrxPreviewImg& preview_;
     Slider exposure_;
     Slider gamma_;
 };

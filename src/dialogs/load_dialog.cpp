@@ -22,12 +22,12 @@ int sideOfPicture(std::int32_t length) {
 
 }  // namespace
 
-LoadDialog::LoadDialog(const LoadDialogKind& kind)
-    : Form(kind.templateId), kind_(kind), browser_(*this), preview_(new VrxPreviewImg) {
-    preview_->setOwner(this);
+LoadDialog::LoadDialog(const LoadDialogKind& kind, VrxPreviewImg& preview)
+    : Form(kind.templateId), kind_(kind), browser_(*this), preview_(preview) {
+    preview_.setOwner(this);
 }
 
-LoadDialog::~LoadDialog() { preview_->setOwner(nullptr); }
+LoadDialog::~LoadDialog() { preview_.setOwner(nullptr); }
 
 void LoadDialog::setInputFileName(const std::u16string& name) { inputFileName_ = folderOfSuggestion(name); }
 
@@ -53,7 +53,7 @@ void LoadDialog::onLoad() {
 }
 
 void LoadDialog::placeControls() {
-    preview_->createInPlaceOf(control(IDC_VRXPREVIMG));
+    preview_.createInPlaceOf(control(IDC_VRXPREVIMG));
 
     anchors_.attach(window());
     for (const int id : {IDC_DIR1, IDC_FILE1}) anchor(id, kLeft | kTop | kBottom);
@@ -115,11 +115,11 @@ void LoadDialog::fileChosen() {
 }
 
 void LoadDialog::previewClicked() {
-    if (closing_ || !preview_->picture() || picture_.cx <= 0 || picture_.cy <= 0) return;
+    if (closing_ || !preview_.picture() || picture_.cx <= 0 || picture_.cy <= 0) return;
     const Held<frmZoom> zoom;
     zoom->load(window());
     zoom->setObjHDR(pictureSource());
-    zoom->Set_BMP(preview_->picture(), picture_.cx, picture_.cy);
+    zoom->Set_BMP(preview_.picture(), picture_.cx, picture_.cy);
     zoom->showModal();
     zoom->unload();
 }
@@ -147,13 +147,13 @@ bool LoadDialog::previewOn() const { return isChecked(IDC_CHECK1); }
 
 std::u16string LoadDialog::previewFile() {
     Bstr name;
-    preview_->get_File(name.put());
+    preview_.get_File(name.put());
     return toText(name.get());
 }
 
 void LoadDialog::setPreviewFile(const std::u16string& name) {
     const Held<Bstr> file(toBstr(name));
-    preview_->put_File(file->get());
+    preview_.put_File(file->get());
 }
 
 }  // namespace vrx

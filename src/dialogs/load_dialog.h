@@ -38,7 +38,7 @@ class LoadDialog : public Form, private FileBrowserOwner, private PreviewOwner {
     void SetImageSize(std::int32_t width, std::int32_t height);
 
   protected:
-    explicit LoadDialog(const LoadDialogKind& kind);
+    LoadDialog(const LoadDialogKind& kind, VrxPreviewImg& preview);
 
     void onLoad() override;
     void onUnload() override;
@@ -55,7 +55,7 @@ class LoadDialog : public Form, private FileBrowserOwner, private PreviewOwner {
     /// Whose load a window that shows the preview's picture ends when it closes.
     [[nodiscard]] virtual ComPtr<_CVrxHDR> pictureSource() const { return {}; }
 
-    [[nodiscard]] VrxPreviewImg& preview() { return *preview_.get(); }
+    [[nodiscard]] VrxPreviewImg& preview() { return preview_; }
     [[nodiscard]] std::u16string previewFile();
     void setPreviewFile(const std::u16string& name);
     [[nodiscard]] bool previewOn() const;
@@ -86,7 +86,7 @@ class LoadDialog : public Form, private FileBrowserOwner, private PreviewOwner {
     bool closing_ = false;
     SIZE picture_{};  // as the labels tell it
     FileBrowser browser_;
-    ComPtr<VrxPreviewImg> preview_;
+    VrxPreviewImg& preview_;
     Anchors anchors_;
 };
 

@@ -14,11 +14,24 @@
 namespace vrx {
 namespace {
 
-/// What the user has chosen; empty when it was cancelled.
-std::u16string chosenIn(LoadDialog& dialog) {
-    dialog.showModal();
-    const Held<std::u16string> chosen(dialog.GetDirAppo());
-    dialog.unload();
+/// A dialog's preview goes after the dialog: it lets the host's messages pass then, and their handlers may
+/// leave.
+using DialogPreview = HeldReference<VrxPreviewImg>;
+
+ComPtr<VrxPreviewImg> makePreview() { return ComPtr<VrxPreviewImg>(new VrxPreviewImg); }
+
+/// What the user chooses in a dialog that `prepare` gets first; empty when it was cancelled.
+template <class Dialog, class Prepare>
+std::u16string chooseIn(Prepare prepare) {
+    const Held<std::u16string> chosen;
+    {
+        const DialogPreview preview(makePreview());
+        const Held<Dialog> dialog(*preview.get());
+        prepare(*dialog);
+        dialog->showModal();
+        *chosen = dialog->GetDirAppo();
+        dialog->unload();
+    }
     return std::move(*chosen);
 }
 
@@ -30,15 +43,16 @@ void showUntilClosed(Form& form) {
 class ModalHdrDialogs final : public HdrDialogs {
   public:
     std::u16string load(_CVrxHDR& picture, const std::u16string& regKey, BSTR suggestedFile) const override {
-        const Held<frmLoadHDR> dialog;
-        dialog->setREGKEY(regKey);
-        dialog->setObjHDR(ComPtr<_CVrxHDR>(&picture));
-        dialog->setInputFileName(toText(suggestedFile));
-        return chosenIn(*dialog);
+        return chooseIn<frmLoadHDR>([&](frmLoadHDR& dialog) {
+            dialog.setREGKEY(regKey);
+            dialog.setObjHDR(ComPtr<_CVrxHDR>(&picture));
+            dialog.setInputFileName(toText(suggestedFile));
+        });
     }
 
     void save(_CVrxHDR& picture, const std::u16string& regKey) const override {
-        const Held<frmSaveHDR> dialog;
+        const DialogPreview preview(makePreview());
+        const Held<frmSaveHDR> dialog(*preview.get());
         dialog->setREGKEY(regKey);
         dialog->setObjHDR(ComPtr<_CVrxHDR>(&picture));
         showUntilClosed(*dialog);
@@ -55,10 +69,10 @@ class ModalHdrDialogs final : public HdrDialogs {
 class ModalImageDialogs final : public ImageDialogs {
   public:
     std::u16string load(const std::u16string& regKey, BSTR suggestedFile) const override {
-        const Held<frmLoadImage> dialog;
-        dialog->setREGKEY(regKey);
-        dialog->setInputFileName(toText(suggestedFile));
-        return chosenIn(*dialog);
+        return chooseIn<frmLoadImage>([&](frmLoadImage& dialog) {
+            dialog.setREGKEY(regKey);
+            dialog.setInputFileName(toText(suggestedFile));
+        });
     }
 
     void save(const std::u16string& regKey, std::u16string&& bitmapFile) const override {

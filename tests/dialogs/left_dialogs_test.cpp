@@ -143,6 +143,45 @@ TEST_P(LeftDialogs, AreClosedByTheirOwnNextMessage) {
 INSTANTIATE_TEST_SUITE_P(Of, LeftDialogs, testing::ValuesIn(kOpenings),
                          [](const auto& tested) { return tested.param.name; });
 
+/// A dialog's preview lets the host's messages pass when the dialog has ended.
+class LastMessages : public testing::TestWithParam<Opening> {
+  protected:
+    HostWindow window_;
+
+    /// Cancels the dialog as soon as it is there; the message that waits then leaves. The frames that are
+    /// left lie deeper than those of the test's own calls.
+    [[nodiscard, gnu::noinline]] bool openAndLeaveAtTheEnd(const Hdr& hdr) {
+        const volatile char handlersFrames[0x10000] = {};
+        static_cast<void>(handlersFrames[0]);
+        onTimer = [this] {
+            if (IsWindowEnabled(window_.get())) return;
+            KillTimer(window_.get(), 1);
+            onTimer = [this] {
+                EXPECT_TRUE(IsWindowEnabled(window_.get()));
+                host::leaveByJump();
+            };
+            PostMessageW(GetActiveWindow(), WM_CLOSE, 0, 0);
+            PostMessageW(window_.get(), WM_TIMER, 0, 0);
+        };
+        SetTimer(window_.get(), 1, 20, nullptr);
+        return host::endsByJump([&] { GetParam().open(hdr); });
+    }
+};
+
+TEST_P(LastMessages, MayLeaveTheDialogThatHasEnded) {
+    ASSERT_EQ(host::component().canUnload(), S_OK);
+    const int windows = host::ownWindowCount();
+    {
+        const Hdr hdr;
+        for (int i = 0; i < 3; ++i) ASSERT_TRUE(openAndLeaveAtTheEnd(hdr));
+    }
+    EXPECT_EQ(host::component().canUnload(), S_OK);
+    EXPECT_EQ(host::ownWindowCount(), windows);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, LastMessages, testing::Values(kOpenings[0], kOpenings[1]),
+                         [](const auto& tested) { return tested.param.name; });
+
 /// A picture's preview in the dialog, which the host's own object loads; the handler of its event leaves.
 class LeftPreviews : public testing::Test {
   protected:

@@ -20,13 +20,14 @@ class LoadDialogSettings : public testing::Test {
   protected:
     const std::u16string folder_ = vrx::hostFolder();
     host::SettingsRecorder recorder_;
+    const vrx::ComPtr<vrx::VrxPreviewImg> preview_{new vrx::VrxPreviewImg};
 
     void SetUp() override { vrx::releaseSettingsComponent(); }
     void TearDown() override { vrx::releaseSettingsComponent(); }
 
-    template <class Dialog>
-    static void openAndClose(const std::u16string& root) {
-        Dialog dialog;
+    template <class Dialog, class... Needed>
+    static void openAndClose(const std::u16string& root, Needed&... needed) {
+        Dialog dialog(needed...);
         dialog.setREGKEY(root);
         dialog.load(nullptr);
         EXPECT_TRUE(dialog.isLoaded());
@@ -36,7 +37,7 @@ class LoadDialogSettings : public testing::Test {
 };
 
 TEST_F(LoadDialogSettings, OfTheHdrDialogAreFolderAndPreview) {
-    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop");
+    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop", *preview_.get());
     EXPECT_EQ(recorder_.journal.calls, (Calls{
                                            u"read Software\\Shop\\ImageHDR|Path|" + folder_,
                                            u"read Software\\Shop\\ImageHDR|Preview|1",
@@ -47,7 +48,7 @@ TEST_F(LoadDialogSettings, OfTheHdrDialogAreFolderAndPreview) {
 
 TEST_F(LoadDialogSettings, OfTheImageDialogAreFolderPreviewAndType) {
     recorder_.journal.stored = u"0";
-    openAndClose<vrx::frmLoadImage>(u"Software\\Shop");
+    openAndClose<vrx::frmLoadImage>(u"Software\\Shop", *preview_.get());
     EXPECT_EQ(recorder_.journal.calls, (Calls{
                                            u"read Software\\Shop\\ImageLoader|Path|" + folder_,
                                            u"read Software\\Shop\\ImageLoader|Preview|1",
@@ -59,14 +60,14 @@ TEST_F(LoadDialogSettings, OfTheImageDialogAreFolderPreviewAndType) {
 }
 
 TEST_F(LoadDialogSettings, WithoutARootLieUnderTheBareSuffix) {
-    openAndClose<vrx::frmLoadHDR>(u"");
+    openAndClose<vrx::frmLoadHDR>(u"", *preview_.get());
     ASSERT_EQ(recorder_.journal.calls.size(), 4U);
     EXPECT_EQ(recorder_.journal.calls.front(), u"read \\ImageHDR|Path|" + folder_);
 }
 
 TEST_F(LoadDialogSettings, ThatTheComponentRefusesAreTheDefaults) {
     recorder_.journal.answer = E_ACCESSDENIED;
-    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop");
+    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop", *preview_.get());
     ASSERT_EQ(recorder_.journal.calls.size(), 4U);
     EXPECT_EQ(recorder_.journal.calls[2], u"write Software\\Shop\\ImageHDR|Path|" + folder_);
     EXPECT_EQ(recorder_.journal.calls[3], u"write Software\\Shop\\ImageHDR|Preview|1");
@@ -74,9 +75,9 @@ TEST_F(LoadDialogSettings, ThatTheComponentRefusesAreTheDefaults) {
 
 TEST_F(LoadDialogSettings, OfFiveDialogsComeFromOneComponentOfWhichOnlyTheClassIsRegistered) {
     ASSERT_EQ(host::settingsComponent().unregisterMachine(), S_OK);
-    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop");
-    openAndClose<vrx::frmLoadImage>(u"Software\\Shop");
-    openAndClose<vrx::frmSaveHDR>(u"Software\\Shop");
+    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop", *preview_.get());
+    openAndClose<vrx::frmLoadImage>(u"Software\\Shop", *preview_.get());
+    openAndClose<vrx::frmSaveHDR>(u"Software\\Shop", *preview_.get());
     openAndClose<vrx::frmSaveImage>(u"Software\\Shop");
     openAndClose<vrx::frmPattern>(u"Software\\Shop");
     EXPECT_EQ(recorder_.journal.made, 1);
@@ -86,8 +87,8 @@ TEST_F(LoadDialogSettings, OfFiveDialogsComeFromOneComponentOfWhichOnlyTheClassI
 }
 
 TEST_F(LoadDialogSettings, OfBothDialogsComeFromOneComponent) {
-    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop");
-    openAndClose<vrx::frmLoadImage>(u"Software\\Shop");
+    openAndClose<vrx::frmLoadHDR>(u"Software\\Shop", *preview_.get());
+    openAndClose<vrx::frmLoadImage>(u"Software\\Shop", *preview_.get());
     EXPECT_EQ(recorder_.journal.made, 1);
 }
 
