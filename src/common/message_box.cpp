@@ -95,7 +95,7 @@ int showMessage(const std::u16string& message, unsigned style, const std::u16str
     const Held<std::wstring> text(toWide(message));
     const Held<std::wstring> caption(toWide(title.empty() ? hostTitle() : title));
     const HWND owner = ownerWindow();
-    const Held<ModalScope> modality(owner);
+    const HeldModality modality(owner);
     const HostCall host;
     return MessageBoxW(owner, text->c_str(), caption->c_str(), style);
 }

@@ -6,7 +6,6 @@
 #include <string>
 #include <utility>
 
-#include "com/entry.h"
 #include "com/module.h"
 
 namespace vrx {
@@ -74,23 +73,17 @@ std::vector<HWND> visibleWindows() {
 
 /// The property of a disabled window that keeps its ticket. It goes with the window, so that a handle that is
 /// given out again has none. Another copy of the library has tickets of its own.
-ModalScope::ModalScope(HWND spared)
-    : property_(L"VrxCommon.Modal." + std::to_wstring(reinterpret_cast<ULONG_PTR>(moduleInstance()))) {
-    const std::vector<HWND> windows = visibleWindows();
-    // The windows' own code runs when they are disabled and enabled.
+ModalScope::ModalScope()
+    : property_(L"VrxCommon.Modal." + std::to_wstring(reinterpret_cast<ULONG_PTR>(moduleInstance()))) {}
+
+void ModalScope::begin(HWND spared) {
+    const Held<std::vector<HWND>> windows(visibleWindows());
+    holds_.reserve(windows->size());
     const HostCall host;
-    holds_.reserve(windows.size());
-    try {
-        for (const HWND window : windows) {
-            if (window != spared) hold(window);
-        }
-    } catch (...) {
-        end();
-        throw;
+    for (const HWND window : *windows) {
+        if (window != spared) hold(window);
     }
 }
-
-ModalScope::~ModalScope() { end(); }
 
 /// A window that somebody else has disabled is that one's to enable.
 void ModalScope::hold(HWND window) {
@@ -106,15 +99,15 @@ void ModalScope::hold(HWND window) {
     if (SetPropW(window, property_.c_str(), reinterpret_cast<HANDLE>(ticket))) EnableWindow(window, FALSE);
 }
 
-void ModalScope::end() {
+void ModalScope::end() noexcept {
     const HostCall host;
     // What a window does when it is enabled may come back here.
-    const std::vector<Hold> holds = std::exchange(holds_, {});
-    const std::wstring property = std::move(property_);
-    for (const auto& [window, ticket] : holds) {
+    while (!holds_.empty()) {
+        const auto [window, ticket] = holds_.back();
+        holds_.pop_back();
         const bool last = tickets.giveBack(ticket);
-        if (!last || GetPropW(window, property.c_str()) != reinterpret_cast<HANDLE>(ticket)) continue;
-        RemovePropW(window, property.c_str());
+        if (!last || GetPropW(window, property_.c_str()) != reinterpret_cast<HANDLE>(ticket)) continue;
+        RemovePropW(window, property_.c_str());
         EnableWindow(window, TRUE);
     }
 }

@@ -6,23 +6,27 @@
 #include <string>
 #include <vector>
 
+#include "com/entry.h"
+
 namespace vrx {
 
-/// Disables the thread's visible and enabled top-level windows for as long as it exists. A window that
-/// several scopes hold is enabled again by the last of them, in whatever order they end; one that has gone
-/// meanwhile is left alone, and so is a new one of the same handle.
+/// Disables the thread's visible and enabled top-level windows between its beginning and its end. A window
+/// that several scopes hold is enabled again by the last of them, in whatever order they end; one that has
+/// gone meanwhile is left alone, and so is a new one of the same handle. The windows' own code runs when they
+/// are disabled and enabled; where it leaves, the scope can still be ended.
 class ModalScope {
   public:
-    /// All but this window: the one that the user is to answer, or the owner of a dialog of the system's,
-    /// which disables that one itself.
-    explicit ModalScope(HWND spared);
+    ModalScope();
     ModalScope(const ModalScope&) = delete;
     ModalScope& operator=(const ModalScope&) = delete;
-    ~ModalScope();
+    ~ModalScope() { end(); }
 
-    /// What the destructor does. To be called before the answered window goes, which would otherwise leave
-    /// the user in another program: the system looks for an enabled window to go on with.
-    void end();
+    /// For all but this window: the one that the user is to answer, or the owner of a dialog of the system's,
+    /// which disables that one itself.
+    void begin(HWND spared);
+    /// To be called before the answered window goes, which would otherwise leave the user in another program:
+    /// the system looks for an enabled window to go on with.
+    void end() noexcept;
 
   private:
     struct Hold {
@@ -32,8 +36,21 @@ class ModalScope {
 
     void hold(HWND window);
 
-    std::wstring property_;
+    const std::wstring property_;
     std::vector<Hold> holds_;
+};
+
+/// A scope for as long as its frame runs, however that ends.
+class HeldModality {
+  public:
+    explicit HeldModality(HWND spared)
+        : end_([](void* scope) noexcept { static_cast<ModalScope*>(scope)->end(); }, &*scope_) {
+        scope_->begin(spared);
+    }
+
+  private:
+    Held<ModalScope> scope_;
+    FrameEnd end_;
 };
 
 }  // namespace vrx

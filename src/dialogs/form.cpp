@@ -38,13 +38,12 @@ void keepSizeOnEveryScreen(HWND dialog) {
 class Form::ModalLoop {
   public:
     explicit ModalLoop(Form& form)
-        : form_(form), active_(GetActiveWindow()), owner_(GetWindow(form.window_, GW_OWNER)) {
-        form_.modality_.emplace(form_.window_);
-    }
+        : form_(form), active_(GetActiveWindow()), owner_(GetWindow(form.window_, GW_OWNER)) {}
     ModalLoop(const ModalLoop&) = delete;
     ModalLoop& operator=(const ModalLoop&) = delete;
     ~ModalLoop() {
         // The others first: hiding the active window would otherwise activate another program's.
+        form_.endModality();
         form_.modality_.reset();
         if (!form_.window_) return;
         // A user who is in another window by now stays there.
@@ -53,6 +52,9 @@ class Form::ModalLoop {
     }
 
     void run() {
+        form_.modality_.emplace().begin(form_.window_);
+        form_.shown_ = true;
+        form_.makeVisible();
         MSG message;
         while (form_.shown_ && form_.window_) {
             const BOOL got = GetMessageW(&message, nullptr, 0, 0);
@@ -104,8 +106,6 @@ void Form::showModal() {
     load(ownerWindow());
     {
         const Held<ModalLoop> loop(*this);
-        shown_ = true;
-        makeVisible();
         loop->run();
         shown_ = false;
     }
@@ -133,8 +133,12 @@ void Form::hide() {
 /// Whoever hides or destroys the window: the system then looks for another one to activate.
 void Form::onHidden() {
     if (!modality_ || goesWithOwner_) return;
-    modality_.reset();
+    endModality();
     hide();
+}
+
+void Form::endModality() {
+    if (modality_) modality_->end();
 }
 
 void Form::unload() {
@@ -146,7 +150,7 @@ void Form::unload() {
 void Form::forgetWindow() {
     window_ = nullptr;
     shown_ = false;
-    modality_.reset();
+    endModality();
     // Without the window no message may come that ends a modal loop.
     PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }

@@ -79,6 +79,7 @@ class Form {
     void fail() noexcept;
     void makeVisible();
     void onHidden();
+    void endModality();
     void forgetWindow();
     void rethrowFailure();
 

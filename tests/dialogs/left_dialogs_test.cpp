@@ -21,7 +21,11 @@ constexpr wchar_t kClassName[] = L"LeavingHost";
 /// What the host's window does at its next timer message.
 std::function<void()> onTimer;
 
+/// What the host's windows do when they are disabled or enabled.
+std::function<void(HWND window, bool enabled)> onEnable;
+
 LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wide, LPARAM longer) {
+    if (message == WM_ENABLE && onEnable) onEnable(window, wide != 0);
     if (message != WM_TIMER) return DefWindowProcW(window, message, wide, longer);
     onTimer();
     return 0;
@@ -180,6 +184,73 @@ TEST_P(LastMessages, MayLeaveTheDialogThatHasEnded) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, LastMessages, testing::Values(kOpenings[0], kOpenings[1]),
+                         [](const auto& tested) { return tested.param.name; });
+
+/// Windows of the host's that leave when they are disabled or enabled.
+class LeftModality : public testing::TestWithParam<Opening> {
+  protected:
+    HostWindow windows_[2];
+    HostWindow owner_;
+    const Hdr hdr_;
+    const int windowsBefore_ = host::ownWindowCount();
+
+    void SetUp() override { SetActiveWindow(owner_.get()); }
+    void TearDown() override { onEnable = {}; }
+
+    /// The first one leaves. Not the owner of a message, which is the system's own and so are its frames.
+    void leaveWhenSet(bool enabled) const {
+        onEnable = [this, enabled](HWND window, bool now) {
+            if (now != enabled || window == owner_.get()) return;
+            onEnable = {};
+            host::leaveByJump();
+        };
+    }
+    /// The frames that are left lie deeper than those of the test's own calls.
+    [[nodiscard, gnu::noinline]] bool openAndLeave() const {
+        const volatile char handlersFrames[0x10000] = {};
+        static_cast<void>(handlersFrames[0]);
+        return host::endsByJump([&] { GetParam().open(hdr_); });
+    }
+    void expectAsBefore() const {
+        EXPECT_FALSE(hdr_.loading());
+        for (const HostWindow& window : windows_) EXPECT_TRUE(IsWindowEnabled(window.get()));
+        EXPECT_TRUE(IsWindowEnabled(owner_.get()));
+        EXPECT_EQ(host::ownWindowCount(), windowsBefore_);
+    }
+};
+
+TEST_P(LeftModality, EndsForAllWindowsWhenOneLeavesBeingDisabled) {
+    leaveWhenSet(false);
+    EXPECT_TRUE(openAndLeave());
+    expectAsBefore();
+}
+
+TEST_P(LeftModality, EndsForAllWindowsWhenOneLeavesBeingEnabled) {
+    leaveWhenSet(true);
+    onTimer = [this] {
+        if (IsWindowEnabled(windows_[0].get())) return;
+        KillTimer(windows_[0].get(), 1);
+        PostMessageW(GetActiveWindow(), WM_CLOSE, 0, 0);
+    };
+    SetTimer(windows_[0].get(), 1, 20, nullptr);
+    EXPECT_TRUE(openAndLeave());
+    expectAsBefore();
+}
+
+const Opening kModalOpenings[] = {
+    kOpenings[0],
+    kOpenings[1],
+    kOpenings[2],
+    {"Message",
+     [](const Hdr&) {
+         const auto fun = host::create(L"VrxCommon.CVrxFun").as<_CVrxFun>();
+         const vrx::Bstr text(SysAllocString(L"text"));
+         long answer = 0;
+         fun->VrxMsgBox(text.get(), MB_OK, text.get(), &answer);
+     }},
+};
+
+INSTANTIATE_TEST_SUITE_P(Of, LeftModality, testing::ValuesIn(kModalOpenings),
                          [](const auto& tested) { return tested.param.name; });
 
 /// A picture's preview in the dialog, which the host's own object loads; the handler of its event leaves.

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <optional>
 #include <vector>
 
 #include "common/message_box.h"
@@ -167,7 +166,8 @@ TEST_F(Modality, SurvivesWindowsThatGoMeanwhile) {
 TEST_F(Modality, LeavesANewWindowOfTheSameHandleAlone) {
     std::vector<std::wstring> marks;
     {
-        const ModalScope scope(nullptr);
+        ModalScope scope;
+        scope.begin(nullptr);
         EnumPropsExW(second_.window(), noteProperty, reinterpret_cast<LPARAM>(&marks));
         for (const std::wstring& mark : marks) RemovePropW(second_.window(), mark.c_str());
     }
@@ -200,19 +200,23 @@ TEST_F(Modality, AFormOverAFormLeavesTheHostsWindowsDisabled) {
 }
 
 TEST_F(Modality, FormsMayEndInAnotherOrderThanTheyBegan) {
-    std::optional<ModalScope> outer(std::in_place, nullptr);
-    std::optional<ModalScope> inner(std::in_place, nullptr);
-    outer.reset();
+    ModalScope outer;
+    ModalScope inner;
+    outer.begin(nullptr);
+    inner.begin(nullptr);
+    outer.end();
     expectShutOut();
-    inner.reset();
+    inner.end();
     expectAsBefore();
 }
 
 TEST_F(Modality, AWindowThatIsShownMeanwhileIsShutOutByTheNextFormAndFreeAfterIt) {
-    const ModalScope outer(nullptr);
+    ModalScope outer;
+    outer.begin(nullptr);
     const HostWindow late;
     {
-        const ModalScope inner(nullptr);
+        ModalScope inner;
+        inner.begin(nullptr);
         EXPECT_FALSE(late.isEnabled());
     }
     EXPECT_TRUE(late.isEnabled());

@@ -48,7 +48,7 @@ std::optional<std::int32_t> chooseColor(HWND owner, std::int32_t color, CustomCo
     choice.rgbResult = static_cast<COLORREF>(color) & kColorBits;
     choice.lpCustColors = custom.data();
     choice.Flags = CC_RGBINIT;
-    const Held<ModalScope> modality(owner);
+    const HeldModality modality(owner);
     const HostCall host;
     if (!ChooseColorW(&choice)) return std::nullopt;
     return static_cast<std::int32_t>(choice.rgbResult);
@@ -72,7 +72,7 @@ std::optional<std::u16string> choosePatternFile(HWND owner, PatternFileUse use, 
     choice.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
 
     const Held<KeptFolder> kept;
-    const Held<ModalScope> modality(owner);
+    const HeldModality modality(owner);
     const HostCall host;
     const BOOL chosen = use == PatternFileUse::Load ? GetOpenFileNameW(&choice) : GetSaveFileNameW(&choice);
     if (!chosen) return std::nullopt;
