@@ -86,9 +86,7 @@ STDMETHODIMP CVrxFun::Get_Path(BSTR strFile, BSTR* value) {
 
 STDMETHODIMP CVrxFun::VrxMsgBox(BSTR v_strMessage, long v_mbsMode, BSTR v_strTitle, long* value) {
     return answer(value, [&] {
-        const Held<std::u16string> message(toText(v_strMessage));
-        const Held<std::u16string> title(toText(v_strTitle));
-        return showMessage(*message, static_cast<unsigned>(v_mbsMode), *title);
+        return showMessage(toText(v_strMessage), static_cast<unsigned>(v_mbsMode), toText(v_strTitle));
     });
 }
 

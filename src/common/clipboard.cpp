@@ -2,12 +2,33 @@
 
 #include <windows.h>
 
+#include "com/entry.h"
+
 namespace vrx {
 
+namespace {
+
+class OpenedClipboard {
+  public:
+    OpenedClipboard() : open_(OpenClipboard(nullptr) != FALSE) {}
+    OpenedClipboard(const OpenedClipboard&) = delete;
+    OpenedClipboard& operator=(const OpenedClipboard&) = delete;
+    ~OpenedClipboard() {
+        if (open_) CloseClipboard();
+    }
+
+    explicit operator bool() const { return open_; }
+
+  private:
+    bool open_;
+};
+
+}  // namespace
+
 void clearClipboard() {
-    if (!OpenClipboard(nullptr)) return;
-    EmptyClipboard();
-    CloseClipboard();
+    const Held<OpenedClipboard> clipboard;
+    // A window of the host's may be told that its content goes.
+    if (*clipboard) callHost([] { return EmptyClipboard(); });
 }
 
 }  // namespace vrx

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "com/entry.h"
 #include "com/module.h"
 #include "common/message_loop.h"
 #include "common/message_window.h"
@@ -38,16 +39,19 @@ MessageWindow* windowOfThisThread() {
     return shared.window && shared.window->isOfThisThread() ? shared.window : nullptr;
 }
 
+/// Empty where there is none.
+std::optional<std::u16string> lastMessage() {
+    const std::lock_guard lock(shared.guard);
+    if (shared.messages.empty()) return std::nullopt;
+    return shared.messages.back();
+}
+
 /// Brings the window of this thread in line with the messages.
 void refresh() {
     MessageWindow* const window = windowOfThisThread();
     if (!window) return;
-    std::optional<std::u16string> message;
-    {
-        const std::lock_guard lock(shared.guard);
-        if (!shared.messages.empty()) message = shared.messages.back();
-    }
-    message ? window->display(*message) : window->conceal();
+    const Held<std::optional<std::u16string>> message(lastMessage());
+    *message ? window->display(**message) : window->conceal();
 }
 
 /// For a change made by another thread; it has no one to fail to.

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cwchar>
+#include <utility>
 #include <vector>
 
 #include "com/entry.h"
@@ -90,14 +91,14 @@ std::u16string hostTitle() {
     return fromWide(title.empty() ? baseName(path) : title);
 }
 
-int showMessage(const std::u16string& message, unsigned style, const std::u16string& title) {
+int showMessage(std::u16string message, unsigned style, std::u16string title) {
     if (!isInteractive()) return defaultAnswer(style);
-    const Held<std::wstring> text(toWide(message));
-    const Held<std::wstring> caption(toWide(title.empty() ? hostTitle() : title));
+    const Held<std::u16string> text(std::move(message));
+    const Held<std::u16string> caption(title.empty() ? hostTitle() : std::move(title));
     const HWND owner = ownerWindow();
     const HeldModality modality(owner);
     const HostCall host;
-    return MessageBoxW(owner, text->c_str(), caption->c_str(), style);
+    return MessageBoxW(owner, asWide(text->c_str()), asWide(caption->c_str()), style);
 }
 
 }  // namespace vrx

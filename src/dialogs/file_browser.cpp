@@ -136,9 +136,12 @@ bool FileBrowser::isDriveListDown() const {
     return SendDlgItemMessageW(dialog_, IDC_DRIVE1, CB_GETDROPPEDSTATE, 0, 0) != FALSE;
 }
 
+bool FileBrowser::takesDrive(const std::u16string& drive) {
+    return drive.empty() || equalInUpperCase(drive, lastDrive_) || setFolder(drive);
+}
+
 void FileBrowser::changeDrive() {
-    const std::u16string drive = drives_.drive();
-    if (drive.empty() || equalInUpperCase(drive, lastDrive_) || setFolder(drive)) return;
+    if (takesDrive(drives_.drive())) return;
     showMessage(u"Drive not ready", MB_ICONERROR, u"Errore");
     drives_.setDrive(lastDrive_);
     if (!lastDrive_.empty()) setFolder(lastDrive_);

@@ -66,6 +66,7 @@ class FileBrowser {
     void showFolder();
     void showType();
     [[nodiscard]] bool isDriveListDown() const;
+    [[nodiscard]] bool takesDrive(const std::u16string& drive);
     void changeDrive();
     void openFolder();
     void goUp();

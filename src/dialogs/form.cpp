@@ -92,7 +92,7 @@ Form::~Form() {
 
 void Form::load(HWND owner) {
     if (window_) return;
-    const VisualStyles styles;
+    const Held<VisualStyles> styles;
     const HWND window = CreateDialogParamW(moduleInstance(), MAKEINTRESOURCEW(templateId_), owner, procedure,
                                            reinterpret_cast<LPARAM>(this));
     rethrowFailure();

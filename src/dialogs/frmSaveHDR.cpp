@@ -106,8 +106,8 @@ void frmSaveHDR::applyGamma() { object_->put_Gamma(gammaOfSlider(gamma_.take()))
 void frmSaveHDR::refresh() {
     VARIANT_BOOL slow = VARIANT_FALSE;
     object_->get_AutoExposition(&slow);
-    std::optional<WaitCursor> wait;
-    if (slow != VARIANT_FALSE) wait.emplace();
+    const Held<std::optional<WaitCursor>> wait;
+    if (slow != VARIANT_FALSE) wait->emplace();
     render();
     UpdateWindow(preview_.window());
 }
@@ -127,13 +127,14 @@ void frmSaveHDR::render() {
 void frmSaveHDR::writePicture(SaveFormat format, const std::u16string& fullName) {
     if (!object_) throw platformError(Platform::ObjectNotSet);
     if (format == SaveFormat::Hdr) {
-        Bstr written;
-        checkCall(object_->Save_HDR(toBstr(fullName).get(), written.put()));
+        const Held<Bstr> name(toBstr(fullName));
+        const Held<Bstr> written;
+        checkCall(object_->Save_HDR(name->get(), written->put()));
         return;
     }
-    const std::u16string bitmap = temporaryBitmap(fullName);
-    checkCall(object_->Convert_HDR_to_BMP(toBstr(bitmap).get(), kOwn, kOwn));
-    writeBitmap(bitmap, format, fullName);
+    const Held<std::u16string> bitmap(temporaryBitmap(fullName));
+    checkCall(object_->Convert_HDR_to_BMP(toBstr(*bitmap).get(), kOwn, kOwn));
+    writeBitmap(*bitmap, format, fullName);
 }
 
 }  // namespace vrx

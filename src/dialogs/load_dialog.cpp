@@ -108,10 +108,10 @@ bool LoadDialog::onMessage(UINT message, WPARAM wide, LPARAM longer, LRESULT& an
 
 void LoadDialog::fileChosen() {
     if (closing_) return;
-    const std::u16string name = browser_.fileName();
-    chosen_ = fullFileName(browser_.folder(), name);
-    setText(IDC_TEXT1, name);
-    if (previewOn() && !name.empty()) showChosenFile();
+    const Held<std::u16string> name(browser_.fileName());
+    chosen_ = fullFileName(browser_.folder(), *name);
+    setText(IDC_TEXT1, *name);
+    if (previewOn() && !name->empty()) showChosenFile();
 }
 
 void LoadDialog::previewClicked() {

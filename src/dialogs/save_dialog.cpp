@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "com/entry.h"
 #include "common/file_io.h"
 #include "common/message_box.h"
 #include "dialogs/resource.h"
@@ -85,28 +86,30 @@ SaveFormat SaveDialog::format() const {
 }
 
 void SaveDialog::save() {
-    const std::u16string name = text(IDC_TEXT1);
-    if (name.empty()) {
+    const Held<std::u16string> name(text(IDC_TEXT1));
+    if (name->empty()) {
         showMessage(save_text::kNoName, MB_ICONEXCLAMATION, save_text::kTitle);
         return;
     }
-    std::u16string failure;
+    const Held<std::u16string> fullName;
+    const Held<std::u16string> failure;
     try {
-        if (saveAs(name, saveFileName(browser_.folder(), name, format()))) hide();
+        *fullName = saveFileName(browser_.folder(), *name, format());
+        if (saveAs(*name, *fullName)) hide();
         return;
     } catch (const Error& error) {
-        failure = error.description;
+        *failure = error.description;
     } catch (const std::bad_alloc&) {
-        failure = platformError(Platform::OutOfMemory).description;
+        *failure = platformError(Platform::OutOfMemory).description;
     }
-    showMessage(save_text::aborted(failure), MB_ICONERROR, save_text::kErrorTitle);
+    showMessage(save_text::aborted(*failure), MB_ICONERROR, save_text::kErrorTitle);
 }
 
 /// False where the user keeps the old file.
 bool SaveDialog::saveAs(const std::u16string& name, const std::u16string& fullName) {
     if (!mayReplace(fullName)) return false;
     if (!canNameFile(name)) throw platformError(Platform::BadFileName);
-    const WaitCursor wait;
+    const Held<WaitCursor> wait;
     writePicture(format(), fullName);
     return true;
 }
@@ -126,17 +129,18 @@ void SaveDialog::writeBitmap(const std::u16string& bitmapFile, SaveFormat format
 }
 
 void SaveDialog::writeJpeg(const std::u16string& bitmapFile, const std::u16string& fullName) const {
-    cDIBSection section;
-    section.CreateFromPicture(loadPicture(bitmapFile).as<IPictureDisp>().get());
-    if (!writeSection(section, fullName)) showMessage(save_text::jpegFailure(fullName), MB_ICONEXCLAMATION);
+    const Held<cDIBSection> section;
+    section->CreateFromPicture(loadPicture(bitmapFile).as<IPictureDisp>().get());
+    if (!writeSection(*section, fullName)) showMessage(save_text::jpegFailure(fullName), MB_ICONEXCLAMATION);
 }
 
 /// The codec knows names of the 8-bit code page only, so it writes a file of another name first. Where that
 /// one cannot be put in its place, the reason is told like that of any other failure.
 bool SaveDialog::writeSection(const cDIBSection& section, const std::u16string& fullName) const {
-    const TemporaryFile written;
-    if (!SaveJPG(section, written.path(), quality_)) return false;
-    copyFile(written.path(), fullName);
+    const Held<TemporaryFile> written;
+    const Held<std::u16string> path(written->path());
+    if (!SaveJPG(section, *path, quality_)) return false;
+    copyFile(*path, fullName);
     return true;
 }
 

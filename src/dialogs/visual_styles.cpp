@@ -23,7 +23,8 @@ VisualStyles::VisualStyles() {
 }
 
 VisualStyles::~VisualStyles() {
-    if (active_) DeactivateActCtx(0, cookie_);
+    // Others may have been activated meanwhile, where the host's code has left.
+    if (active_) DeactivateActCtx(DEACTIVATE_ACTCTX_FLAG_FORCE_EARLY_DEACTIVATION, cookie_);
     if (context_ != INVALID_HANDLE_VALUE) ReleaseActCtx(context_);
 }
 

@@ -34,10 +34,6 @@ std::u16string reasonOf(const Error& error) {
     return error.description;
 }
 
-void tellNotWritten(const std::u16string& path, const std::u16string& reason) {
-    showMessage(u"Cannot write " + path + u": " + reason, MB_ICONEXCLAMATION);
-}
-
 }  // namespace
 
 CVrxHDR::CVrxHDR(const HdrDialogs& dialogs)
@@ -156,12 +152,12 @@ STDMETHODIMP CVrxHDR::Load_HDR(BSTR strFileName, VARIANT_BOOL* bInvert) {
 
 STDMETHODIMP CVrxHDR::Save_HDR(BSTR strOutFileName, BSTR* value) {
     return answer(value, [&] {
-        std::u16string written;
+        const Held<std::u16string> path(toText(strOutFileName));
         recordErrors(kClassName, [&] {
             loader_.cancel();
-            written = saveFile(toText(strOutFileName));
+            if (!isBlank(*path)) saveFile(*path);
         });
-        return written;
+        return isBlank(*path) ? std::u16string() : *path;
     });
 }
 
@@ -278,17 +274,24 @@ void CVrxHDR::convertToBmp(const std::u16string& path, float exposure, float gam
 }
 
 /// Every failure of writing is the same error to the host; the user is told the reason.
-std::u16string CVrxHDR::saveFile(const std::u16string& path) {
-    if (isBlank(path)) return {};
+void CVrxHDR::saveFile(const std::u16string& path) const {
+    std::u16string message = failureOfWriting(path);
+    if (message.empty()) return;
+    message.insert(0, u"Cannot write " + path + u": ");
+    showMessage(std::move(message), MB_ICONEXCLAMATION);
+    throw fileError();
+}
+
+/// Empty when the file is written.
+std::u16string CVrxHDR::failureOfWriting(const std::u16string& path) const {
     try {
         writeFile(path);
-        return path;
+        return {};
     } catch (const Error& error) {
-        tellNotWritten(path, reasonOf(error));
+        return reasonOf(error);
     } catch (const std::bad_alloc&) {
-        tellNotWritten(path, platformError(Platform::OutOfMemory).description);
+        return platformError(Platform::OutOfMemory).description;
     }
-    throw fileError();
 }
 
 void CVrxHDR::writeFile(const std::u16string& path) const {

@@ -70,7 +70,8 @@ class CVrxHDR final : public ObjectBase<_CVrxHDR, EventSource, HdrFriend>, priva
     void takePixels(const VARIANT& pixels);
     [[nodiscard]] Variant copyOfPixels() const;
     void convertToBmp(const std::u16string& path, float exposure, float gamma);
-    [[nodiscard]] std::u16string saveFile(const std::u16string& path);
+    void saveFile(const std::u16string& path) const;
+    [[nodiscard]] std::u16string failureOfWriting(const std::u16string& path) const;
     void writeFile(const std::u16string& path) const;
     [[nodiscard]] ComPtr<IPictureDisp> wholePicture();
     [[nodiscard]] ComPtr<IPictureDisp> pictureOf(const PictureRectangles& part);

@@ -75,8 +75,11 @@ STDMETHODIMP CVrxImage::Save(BSTR strInputFile) {
 
 STDMETHODIMP CVrxImage::Convert_BMP_to_JPG(BSTR strOutPutFile, long lQuality, BSTR strInputFile) {
     return run([&] {
-        recordErrors(RasterImage::kClassName,
-                     [&] { image_.convertToJpg(toText(strOutPutFile), lQuality, toText(strInputFile)); });
+        recordErrors(RasterImage::kClassName, [&] {
+            const Held<std::u16string> output(toText(strOutPutFile));
+            const Held<std::u16string> input(toText(strInputFile));
+            image_.convertToJpg(*output, lQuality, *input);
+        });
     });
 }
 

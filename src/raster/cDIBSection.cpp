@@ -43,14 +43,14 @@ float secondsSinceMidnight() {
 }  // namespace
 
 bool cDIBSection::CopyToClipboard(bool bAsDIB) {
-    const WindowDc desktop(GetDesktopWindow());
-    if (!desktop) return false;
-    const MemoryDc dc(CreateCompatibleDC(desktop.get()));
-    if (!dc) return false;
     if (bAsDIB) {
         showMessage(u"I don't know how to put a DIB on the clipboard! Copy as bitmap instead!!!", MB_OK);
         return false;
     }
+    const WindowDc desktop(GetDesktopWindow());
+    if (!desktop) return false;
+    const MemoryDc dc(CreateCompatibleDC(desktop.get()));
+    if (!dc) return false;
     Bitmap bitmap(CreateCompatibleBitmap(desktop.get(), Width(), Height()));
     if (!bitmap) return false;
     {

@@ -127,21 +127,30 @@ void releaseCodec() noexcept {
     held.library.reset();
 }
 
-bool SaveJPG(const cDIBSection& dib, const std::u16string& fileName, std::int32_t quality) {
+namespace {
+
+/// What the user is told; empty when the file is written.
+std::u16string failureOfWriting(const cDIBSection& dib, const std::u16string& fileName,
+                                std::int32_t quality) {
     const std::shared_ptr<const CodecLibrary> codec = useCodec();
     const std::int32_t padding = dib.BytesPerScanLine() - dib.Width() * 3;
     const std::vector<char> name = ansiName(fileName);
     JpegCoreProperties record{};
     const std::int32_t ready = codec->init(&record);
-    if (ready != kOk) {
-        showMessage(u"Failed to initialise the IJL library: " + decimalText(ready), MB_ICONEXCLAMATION);
-        return false;
-    }
+    if (ready != kOk) return u"Failed to initialise the IJL library: " + decimalText(ready);
     fill(record, dib, padding, name, quality);
     const bool written = codec->write(&record, JpegRequest::WriteWholeImageToFile) == kOk;
-    if (!written) showMessage(kSaveJpgFailure, MB_ICONEXCLAMATION);
     codec->free(&record);
-    return written;
+    return written ? std::u16string() : kSaveJpgFailure;
+}
+
+}  // namespace
+
+bool SaveJPG(const cDIBSection& dib, const std::u16string& fileName, std::int32_t quality) {
+    std::u16string failure = failureOfWriting(dib, fileName, quality);
+    if (failure.empty()) return true;
+    showMessage(std::move(failure), MB_ICONEXCLAMATION);
+    return false;
 }
 
 }  // namespace vrx

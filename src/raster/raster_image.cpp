@@ -6,6 +6,7 @@
 #include <cstring>
 #include <functional>
 
+#include "com/entry.h"
 #include "com/module.h"
 #include "com/variant_convert.h"
 #include "common/clipboard.h"
@@ -179,12 +180,12 @@ std::u16string RasterImage::saveRows(const std::u16string& path, const BitmapRow
 void RasterImage::convertToJpg(const std::u16string& output, std::int32_t quality,
                                const std::u16string& input) {
     clearClipboard();
-    const std::u16string source = input.empty() ? saveBmp({}) : input;
-    cDIBSection section;
-    section.CreateFromPicture(loadPicture(source).as<IPictureDisp>().get());
-    if (SaveJPG(section, output, quality)) return;
+    const Held<std::u16string> source(input.empty() ? saveBmp({}) : input);
+    const Held<cDIBSection> section;
+    section->CreateFromPicture(loadPicture(*source).as<IPictureDisp>().get());
+    if (SaveJPG(*section, output, quality)) return;
     throw Error{own_error::kJpegNotWritten, kClassName,
-                u"Failed to save the picture: '" + source + u"'\r\nTo the file: '" + output + u"'"};
+                u"Failed to save the picture: '" + *source + u"'\r\nTo the file: '" + output + u"'"};
 }
 
 }  // namespace vrx

@@ -45,9 +45,11 @@ std::u16string failureOf(Action action) {
 
 /// Runs what the user has asked for and tells why it failed.
 template <class Action>
-void orTell(const std::u16string& what, Action action) {
-    const std::u16string failure = failureOf(action);
-    if (!failure.empty()) showMessage(what + u": " + failure, MB_ICONERROR, kErrorTitle);
+void orTell(std::u16string what, Action action) {
+    const Held<std::u16string> failure(failureOf(action));
+    if (failure->empty()) return;
+    what += u": " + *failure;
+    showMessage(std::move(what), MB_ICONERROR, kErrorTitle);
 }
 
 }  // namespace
@@ -344,10 +346,10 @@ void frmPattern::chooseStopColor(std::size_t index) {
 }
 
 void frmPattern::loadFile() {
-    const auto path = files_.choose(window(), PatternFileUse::Load);
-    if (!path || !isLoaded()) return;
-    orTell(u"Cannot read " + *path, [&] {
-        const auto pattern = readPatternFile(*path);
+    const Held<ChosenFile> path(files_.choose(window(), PatternFileUse::Load));
+    if (!*path || !isLoaded()) return;
+    orTell(u"Cannot read " + **path, [&] {
+        const auto pattern = readPatternFile(**path);
         if (!pattern) return;
         PatternEditor loaded = editor_;
         loaded.build(*pattern);
@@ -358,9 +360,9 @@ void frmPattern::loadFile() {
 }
 
 void frmPattern::saveFile() {
-    const auto path = files_.choose(window(), PatternFileUse::Save);
-    if (!path || !isLoaded()) return;
-    orTell(u"Cannot write " + *path, [&] { writePatternFile(*path, editor_.pattern()); });
+    const Held<ChosenFile> path(files_.choose(window(), PatternFileUse::Save));
+    if (!*path || !isLoaded()) return;
+    orTell(u"Cannot write " + **path, [&] { writePatternFile(**path, editor_.pattern()); });
 }
 
 }  // namespace vrx

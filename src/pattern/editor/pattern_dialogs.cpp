@@ -54,8 +54,8 @@ std::optional<std::int32_t> chooseColor(HWND owner, std::int32_t color, CustomCo
     return static_cast<std::int32_t>(choice.rgbResult);
 }
 
-std::optional<std::u16string> choosePatternFile(HWND owner, PatternFileUse use, const std::u16string& folder,
-                                                const std::u16string& fileName) {
+ChosenFile choosePatternFile(HWND owner, PatternFileUse use, const std::u16string& folder,
+                             const std::u16string& fileName) {
     const Held<std::vector<wchar_t>> path(kLongestPath);
     const Held<std::wstring> initialFolder(toWide(folder));
     if (fileName.size() < path->size()) toWide(fileName).copy(path->data(), fileName.size());

@@ -19,8 +19,8 @@ using CustomColors = std::array<COLORREF, 16>;
 enum class PatternFileUse { Load, Save };
 
 /// The full path that the user chose; nothing when it is cancelled.
-[[nodiscard]] std::optional<std::u16string> choosePatternFile(HWND owner, PatternFileUse use,
-                                                              const std::u16string& folder,
-                                                              const std::u16string& fileName);
+using ChosenFile = std::optional<std::u16string>;
+[[nodiscard]] ChosenFile choosePatternFile(HWND owner, PatternFileUse use, const std::u16string& folder,
+                                           const std::u16string& fileName);
 
 }  // namespace vrx

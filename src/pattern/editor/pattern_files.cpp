@@ -1,13 +1,15 @@
 #include "pattern/editor/pattern_files.h"
 
+#include "com/entry.h"
 #include "common/file_io.h"
 #include "ground/paths.h"
 #include "pattern/engine/pattern_file.h"
 
 namespace vrx {
 
-std::optional<std::u16string> PatternFiles::choose(HWND owner, PatternFileUse use) {
-    auto path = choosePatternFile(owner, use, folder_, fileName_ + u".VGR");
+ChosenFile PatternFiles::choose(HWND owner, PatternFileUse use) {
+    const Held<std::u16string> proposed(fileName_ + u".VGR");
+    auto path = choosePatternFile(owner, use, folder_, *proposed);
     if (!path) return path;
     folder_ = *path;
     fileName_ = getAppName(folder_, false);  // cuts the path down to the folder

@@ -21,7 +21,7 @@ class PatternFiles {
 
     /// Lets the user choose a file, whose folder and name come first the next time; nothing when the user
     /// cancels.
-    [[nodiscard]] std::optional<std::u16string> choose(HWND owner, PatternFileUse use);
+    [[nodiscard]] ChosenFile choose(HWND owner, PatternFileUse use);
 
   private:
     std::u16string folder_ = hostFolder();
