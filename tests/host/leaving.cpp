@@ -18,25 +18,24 @@ Landing* landing = nullptr;
 
 [[gnu::noinline]] void runAction(const std::function<void()>& action) { action(); }
 
-#ifdef __i386__
-
-/// The head of the thread's chain of handlers.
+/// The head of the thread's chain of handlers. In 64 bits, where Windows has none, Wine's own frames use it.
 EXCEPTION_REGISTRATION_RECORD* handlers() {
     EXCEPTION_REGISTRATION_RECORD* head;
+#ifdef _WIN64
+    __asm__ __volatile__("movq %%gs:0, %0" : "=r"(head));
+#else
     __asm__ __volatile__("movl %%fs:0, %0" : "=r"(head));
+#endif
     return head;
 }
 
 void setHandlers(EXCEPTION_REGISTRATION_RECORD* head) {
-    __asm__ __volatile__("movl %0, %%fs:0" : : "r"(head) : "memory");
-}
-
+#ifdef _WIN64
+    __asm__ __volatile__("movq %0, %%gs:0" : : "r"(head) : "memory");
 #else
-
-void* handlers() { return nullptr; }
-void setHandlers(void*) {}
-
+    __asm__ __volatile__("movl %0, %%fs:0" : : "r"(head) : "memory");
 #endif
+}
 
 }  // namespace
 
