@@ -15,6 +15,7 @@
 #include "leaving.h"
 #include "registry_folder.h"
 #include "throwaway_folder.h"
+#include "user.h"
 
 using faults::Holdings;
 using host::Text;
@@ -26,25 +27,8 @@ constexpr int kTimes = 3;
 
 constexpr wchar_t kNoFolder[] = L"C:\\no such folder at all\\a picture with a long name";
 
-bool isOfComponent(HWND window) {
-    return reinterpret_cast<HMODULE>(GetWindowLongPtrW(window, GWLP_HINSTANCE)) ==
-           GetModuleHandleW(L"VrxCommon.dll");
-}
-
-bool isDialog(HWND window) {
-    wchar_t name[16] = {};
-    GetClassNameW(window, name, 16);
-    return std::wstring(name) == L"#32770";
-}
-
-BOOL CALLBACK findFront(HWND window, LPARAM found) {
-    if (!isDialog(window) || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
-    *reinterpret_cast<HWND*>(found) = window;
-    return FALSE;
-}
-
 BOOL CALLBACK destroyMessage(HWND window, LPARAM) {
-    if (isDialog(window) && !isOfComponent(window)) DestroyWindow(window);
+    if (faults::isDialog(window) && !faults::isOfComponent(window)) DestroyWindow(window);
     return TRUE;
 }
 
@@ -52,11 +36,9 @@ BOOL CALLBACK destroyMessage(HWND window, LPARAM) {
 std::function<void(HWND dialog)> onDialog;
 
 LRESULT CALLBACK tick(HWND window, UINT message, WPARAM wide, LPARAM longer) {
-    HWND front = nullptr;
-    if (message == WM_TIMER)
-        EnumThreadWindows(GetCurrentThreadId(), findFront, reinterpret_cast<LPARAM>(&front));
+    const HWND front = message == WM_TIMER ? faults::frontDialog() : nullptr;
     if (!front) return DefWindowProcW(window, message, wide, longer);
-    if (!isOfComponent(front)) host::leaveByJump();
+    if (!faults::isOfComponent(front)) host::leaveByJump();
     if (onDialog) std::exchange(onDialog, {})(front);
     return 0;
 }

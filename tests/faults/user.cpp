@@ -11,18 +11,10 @@ constexpr UINT kInterval = 10;
 
 thread_local User* current = nullptr;
 
-/// The dialog in front, where the user can work in it.
 BOOL CALLBACK findFront(HWND window, LPARAM found) {
-    wchar_t name[16] = {};
-    GetClassNameW(window, name, static_cast<int>(std::size(name)));
-    if (std::wstring(name) != L"#32770" || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
+    if (!isDialog(window) || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
     *reinterpret_cast<HWND*>(found) = window;
     return FALSE;
-}
-
-bool isOfComponent(HWND window) {
-    return reinterpret_cast<HMODULE>(GetWindowLongPtrW(window, GWLP_HINSTANCE)) ==
-           GetModuleHandleW(L"VrxCommon.dll");
 }
 
 void press(HWND dialog, int button) {
@@ -42,6 +34,23 @@ void end(HWND dialog, bool accepts) {
 
 }  // namespace
 
+HWND frontDialog() {
+    HWND dialog = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), findFront, reinterpret_cast<LPARAM>(&dialog));
+    return dialog;
+}
+
+bool isDialog(HWND window) {
+    wchar_t name[16] = {};
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    return std::wstring(name) == L"#32770";
+}
+
+bool isOfComponent(HWND window) {
+    return reinterpret_cast<HMODULE>(GetWindowLongPtrW(window, GWLP_HINSTANCE)) ==
+           GetModuleHandleW(L"VrxCommon.dll");
+}
+
 User::User(std::vector<UserStep> steps)
     : steps_(std::move(steps)),
       outer_(std::exchange(current, this)),
@@ -56,8 +65,7 @@ User::~User() {
 }
 
 void CALLBACK User::tick(HWND, UINT, UINT_PTR, DWORD) {
-    HWND dialog = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), findFront, reinterpret_cast<LPARAM>(&dialog));
+    const HWND dialog = frontDialog();
     if (dialog && current) current->use(dialog);
 }
 

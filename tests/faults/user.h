@@ -9,6 +9,12 @@
 
 namespace faults {
 
+/// The dialog of this thread in front, where the user can work in it; null for none.
+HWND frontDialog();
+bool isDialog(HWND window);
+/// As opposed to one of the system's.
+bool isOfComponent(HWND window);
+
 /// What a user does with a dialog of the component. Must come back at once: what takes longer is posted.
 using UserStep = std::function<void(HWND dialog)>;
 
